@@ -39,6 +39,8 @@ function(halvern_stratum name)
   endif()
   set(target halvern_${name})
   add_library(${target} OBJECT ${arg_SOURCES})
+  # The fuzz targets pull in the readers that they need.
+  set_target_properties(${target} PROPERTIES EXCLUDE_FROM_ALL ${HALVERN_FUZZ})
   set_target_properties(${target} PROPERTIES
     POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden

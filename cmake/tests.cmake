@@ -15,16 +15,13 @@ include(GoogleTest)
 # keep clones from sharing compiled tests.
 configure_file(${PROJECT_SOURCE_DIR}/tests/support/paths.cpp.in
                ${PROJECT_BINARY_DIR}/generated/paths.cpp @ONLY)
+# Compiled once for all test programs, with the header that they share precompiled.
 add_library(halvern_test_support OBJECT
   ${PROJECT_BINARY_DIR}/generated/paths.cpp
-  ${PROJECT_SOURCE_DIR}/tests/support/paths.h)
+  ${PROJECT_SOURCE_DIR}/tests/support/main.cpp)
 target_include_directories(halvern_test_support PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(halvern_test_support PRIVATE halvern_test_flags)
-
-# Compiled once and used by every test program.
-add_library(halvern_test_pch OBJECT ${PROJECT_SOURCE_DIR}/tests/support/pch.cpp)
-target_link_libraries(halvern_test_pch PRIVATE halvern_test_flags GTest::gmock_main)
-target_precompile_headers(halvern_test_pch PRIVATE ${PROJECT_SOURCE_DIR}/tests/pch.h)
+target_link_libraries(halvern_test_support PRIVATE halvern_test_flags GTest::gmock)
+target_precompile_headers(halvern_test_support PRIVATE ${PROJECT_SOURCE_DIR}/tests/pch.h)
 
 function(halvern_test_program target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_PROCESS" "" "SOURCES;LIBRARIES")
@@ -32,9 +29,9 @@ function(halvern_test_program target)
   set_target_properties(${target} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests
     BUILD_RPATH ${PROJECT_BINARY_DIR}/lib)
-  target_precompile_headers(${target} REUSE_FROM halvern_test_pch)
+  target_precompile_headers(${target} REUSE_FROM halvern_test_support)
   target_link_libraries(${target} PRIVATE
-    halvern_test_flags halvern_test_support GTest::gmock_main ${arg_LIBRARIES})
+    halvern_test_flags halvern_test_support GTest::gmock ${arg_LIBRARIES})
   if(TARGET halvernunits)
     add_dependencies(${target} halvernunits)
   endif()

@@ -1,1 +1,0 @@
-// The target that owns the precompiled header of the tests needs one source; it has no code.
