@@ -1,0 +1,7 @@
+#include "velmor/typeinfo.h"
+
+namespace velmor {
+
+TypeInfoHandle::~TypeInfoHandle() = default;
+
+}  // namespace velmor
