@@ -20,8 +20,8 @@ public:
     buffer(const T* first, const T* last, heap& from = get_heap()) : store_(from) {
         insert(begin(), first, last);
     }
-    buffer(const buffer& other) : store_(*other.store_.heap_) { take(other); }
-    buffer(buffer&& other) noexcept : store_(*other.store_.heap_) { swap(other); }
+    buffer(const buffer& other) : store_(*other.store_.owner) { take(other); }
+    buffer(buffer&& other) noexcept : store_(*other.store_.owner) { swap(other); }
     buffer& operator=(const buffer& other) {
         if (this != &other) take(other);
         return *this;
@@ -56,27 +56,27 @@ public:
     /// New bytes are zero.
     void resize(std::uint64_t size) {
         store_.make_room(size);
-        if (size > store_.size_) std::memset(store_.data_ + store_.size_, 0, size - store_.size_);
-        store_.size_ = size;
+        if (size > store_.size) std::memset(store_.data + store_.size, 0, size - store_.size);
+        store_.size = size;
     }
     void reserve(std::uint64_t capacity) { store_.make_room(capacity); }
     /// Keeps the array.
-    void clear() noexcept { store_.size_ = 0; }
+    void clear() noexcept { store_.size = 0; }
     void swap(buffer& other) noexcept { store_.swap(other.store_); }
 
-    T* begin() noexcept { return reinterpret_cast<T*>(store_.data_); }
-    T* end() noexcept { return begin() + store_.size_; }
-    const T* begin() const noexcept { return reinterpret_cast<const T*>(store_.data_); }
-    const T* end() const noexcept { return begin() + store_.size_; }
+    T* begin() noexcept { return reinterpret_cast<T*>(store_.data); }
+    T* end() noexcept { return begin() + store_.size; }
+    const T* begin() const noexcept { return reinterpret_cast<const T*>(store_.data); }
+    const T* end() const noexcept { return begin() + store_.size; }
     /// Null until the first allocation.
     T* data() noexcept { return begin(); }
     const T* data() const noexcept { return begin(); }
     T& operator[](std::uint64_t index) noexcept { return begin()[index]; }
     const T& operator[](std::uint64_t index) const noexcept { return begin()[index]; }
-    std::uint64_t size() const noexcept { return store_.size_; }
-    std::uint64_t capacity() const noexcept { return store_.capacity_; }
-    bool empty() const noexcept { return store_.size_ == 0; }
-    heap& get_allocator() const noexcept { return *store_.heap_; }
+    std::uint64_t size() const noexcept { return store_.size; }
+    std::uint64_t capacity() const noexcept { return store_.capacity; }
+    bool empty() const noexcept { return store_.size == 0; }
+    heap& get_allocator() const noexcept { return *store_.owner; }
 
     friend bool operator==(const buffer& a, const buffer& b) noexcept {
         return a.size() == b.size() &&
@@ -88,9 +88,7 @@ private:
         const auto offset = static_cast<std::uint64_t>(position - begin());
         return reinterpret_cast<T*>(store_.open_gap(offset, count));
     }
-    void take(const buffer& other) {
-        store_.copy_from(*other.store_.heap_, other.store_.data_, other.size(), other.size());
-    }
+    void take(const buffer& other) { store_.copy_from(other.store_, other.size()); }
 
     raw_store store_;
 };

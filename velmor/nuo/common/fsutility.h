@@ -15,8 +15,9 @@ struct file_status {
 };
 std::optional<file_status> stat_file(string_ref path);
 
-/// Creates an empty file, or empties an existing one; false when that fails.
-bool create_empty_file(string_ref path);
+/// Creates an empty file; false when that fails. An existing file stays as it is, or is the failure
+/// when the file `must_be_new`.
+bool create_file(string_ref path, bool must_be_new);
 
 /// Opens a file with the flags of open(2), always closed on exec; below zero when that fails.
 int open_file(string_ref path, int flags);

@@ -136,34 +136,20 @@ archive_ptr make_multiplex(std::shared_ptr<iarchive> archive) {
 
 template <class Operation>
 decltype(auto) multiplex_base::at_position(Operation&& operation) {
-    class guard {
-    public:
-        explicit guard(multiplex_base& owner)
-            : owner_(owner), before_(owner.underlying_->offset()) {
-            owner_.underlying_->seek(owner_.position_);
+    const std::uint64_t before = underlying_->offset();
+    underlying_->seek(position_);
+    try {
+        if constexpr (std::is_void_v<decltype(operation())>) {
+            operation();
+            position_ = underlying_->offset();
+        } else {
+            auto result = operation();
+            position_ = underlying_->offset();
+            return result;
         }
-        ~guard() {
-            if (done_)
-                owner_.position_ = owner_.underlying_->offset();
-            else
-                owner_.underlying_->seek(before_);
-        }
-        void done() noexcept { done_ = true; }
-
-    private:
-        multiplex_base& owner_;
-        std::uint64_t before_;
-        bool done_ = false;
-    };
-
-    guard held(*this);
-    if constexpr (std::is_void_v<decltype(operation())>) {
-        operation();
-        held.done();
-    } else {
-        auto result = operation();
-        held.done();
-        return result;
+    } catch (...) {
+        underlying_->seek(before);
+        throw;
     }
 }
 

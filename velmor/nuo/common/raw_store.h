@@ -9,32 +9,32 @@ namespace nuo {
 
 using byte = unsigned char;
 
-/// The growable array of bytes below `buffer` and `string_builder`, which share its growth rule.
-/// No operation checks its positions.
+/// The growable array of bytes below `buffer` and `string_builder`, which share its growth rule: a
+/// plain record for these two. No operation checks its positions.
 class raw_store {
 public:
-    explicit raw_store(heap& from) noexcept : heap_(&from) {}
+    explicit raw_store(heap& from) noexcept : owner(&from) {}
     ~raw_store() { release(); }
     raw_store(const raw_store&) = delete;
     raw_store& operator=(const raw_store&) = delete;
 
     /// Opens a gap of `count` unset bytes at `offset` and returns its address.
     byte* open_gap(std::uint64_t offset, std::uint64_t count);
-    /// Makes room for `size` bytes by the rule of `resize`; the size in use stays.
-    void make_room(std::uint64_t size);
-    /// Allocates exactly `capacity` bytes, of which `size` are copied from `data`; the old array is
-    /// freed through the old heap.
-    void copy_from(heap& from, const byte* data, std::uint64_t size, std::uint64_t capacity);
+    /// Makes room for `wanted` bytes, if they do not fit, by doubling or half as much again; the
+    /// size in use stays.
+    void make_room(std::uint64_t wanted);
+    /// Takes over the heap and the bytes of `other` in an array of exactly `new_capacity` bytes,
+    /// none when `other` is empty; the old array is freed through the old heap.
+    void copy_from(const raw_store& other, std::uint64_t new_capacity);
     void swap(raw_store& other) noexcept;
 
-    heap* heap_;
-    std::uint64_t capacity_ = 0;
-    std::uint64_t size_ = 0;
-    byte* data_ = nullptr;
+    heap* owner;
+    std::uint64_t capacity = 0;
+    std::uint64_t size = 0;
+    byte* data = nullptr;
 
 private:
     void release() noexcept;
-    void move_to(std::uint64_t capacity, std::uint64_t head, std::uint64_t gap);
 };
 
 }  // namespace nuo

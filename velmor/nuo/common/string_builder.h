@@ -43,10 +43,10 @@ public:
     const char* end() const noexcept { return data() + size(); }
     char* begin() noexcept { return const_cast<char*>(data()); }
     char* end() noexcept { return begin() + size(); }
-    std::uint64_t size() const noexcept { return store_.size_; }
-    std::uint64_t capacity() const noexcept { return store_.capacity_; }
+    std::uint64_t size() const noexcept { return store_.size; }
+    std::uint64_t capacity() const noexcept { return store_.capacity; }
     bool empty() const noexcept { return size() == 0; }
-    heap& get_allocator() const noexcept { return *store_.heap_; }
+    heap& get_allocator() const noexcept { return *store_.owner; }
     operator string_ref() const noexcept { return {data(), size()}; }
 
 private:

@@ -11,17 +11,11 @@ namespace nuo {
 class tokenizer {
 public:
     constexpr tokenizer(string_ref text, char separator) noexcept
-        : at_(text.begin()), end_(text.end()), separator_(separator), done_(text.empty()) {}
+        : at_(text.begin()), end_(text.end()), separator_(separator) {}
 
     /// False when there is no further token; `token` is then left as it was.
     constexpr bool next(string_ref& token) noexcept {
-        if (done_) return false;
-        if (at_ == end_) {
-            done_ = true;
-            if (after_separator_) return false;
-            token = string_ref(at_, at_);
-            return true;
-        }
+        if (at_ == end_) return false;
         if (*at_ == separator_) {
             if (!after_separator_) {
                 after_separator_ = true;
@@ -46,7 +40,6 @@ private:
     const char* end_;
     char separator_;
     bool after_separator_ = false;
-    bool done_;
 };
 
 }  // namespace nuo

@@ -1,0 +1,16 @@
+#include "nuo/common/iarchive.h"
+
+namespace nuo {
+
+ideletor::~ideletor() = default;
+
+namespace archive {
+
+view_imp::~view_imp() = default;
+reader::~reader() = default;
+writer::~writer() = default;
+sequence::~sequence() = default;
+iarchive::~iarchive() = default;
+
+}  // namespace archive
+}  // namespace nuo

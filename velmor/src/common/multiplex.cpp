@@ -1,0 +1,24 @@
+#include "nuo/common/multiplex.h"
+
+namespace nuo::archive::detail {
+namespace {
+
+template <class Capability>
+Capability* need(Capability* found) {
+    if (found == nullptr) NUO_RAISE(create_failed);
+    return found;
+}
+
+}  // namespace
+
+random& need_random(iarchive& archive) {
+    return *need(archive.query_random());
+}
+reader* need_reader(iarchive& archive) {
+    return need(archive.query_reader());
+}
+writer* need_writer(iarchive& archive) {
+    return need(archive.query_writer());
+}
+
+}  // namespace nuo::archive::detail
