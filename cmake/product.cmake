@@ -1,4 +1,10 @@
-# libhalvern.so from the objects of every row below the command, and what is installed of it.
+# libhalvern.so from the objects of every row below the command, and the programs made with it.
+#
+#   halvern_program(<target> NAME <name> SOURCES <file>... STRATA <row>...)
+#       bin/<name> of the objects of these rows and of the manager's, so that its process holds one
+#       manager
+#   halvern_host_program(<target> SOURCES <file>...)
+#       bin/<target> of include/ and libhalvern.so alone, as a host is made
 
 add_library(halvern SHARED ${PROJECT_SOURCE_DIR}/exports.map)
 add_library(Halvern::halvern ALIAS halvern)
@@ -22,3 +28,28 @@ target_link_options(halvern PRIVATE
   -Wl,--version-script=${PROJECT_SOURCE_DIR}/exports.map
   $<$<NOT:$<BOOL:${HALVERN_SANITIZE}>>:-Wl,--no-undefined>)
 halvern_link_strata(halvern manager)
+
+function(halvern_program target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "NAME" "SOURCES;STRATA")
+  add_executable(${target} ${arg_SOURCES})
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME ${arg_NAME}
+    # Where the units service lies, in the build tree and in an install tree.
+    BUILD_RPATH "$ORIGIN/../lib"
+    INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  target_include_directories(${target} PRIVATE ${HALVERN_INCLUDE_FOLDERS})
+  target_link_libraries(${target} PRIVATE halvern_library_flags)
+  halvern_link_strata(${target} manager ${arg_STRATA})
+  if(TARGET halvernunits)
+    add_dependencies(${target} halvernunits)
+  endif()
+endfunction()
+
+function(halvern_host_program target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES")
+  add_executable(${target} ${arg_SOURCES})
+  target_link_libraries(${target} PRIVATE halvern_internal_flags halvern)
+  if(TARGET halvernunits)
+    add_dependencies(${target} halvernunits)
+  endif()
+endfunction()
