@@ -44,6 +44,11 @@ endif()
 if(HALVERN_FUZZ)
   target_compile_options(halvern_internal_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+if(HALVERN_COVERAGE)
+  target_compile_options(halvern_internal_flags INTERFACE
+    -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(halvern_internal_flags INTERFACE -fprofile-instr-generate)
+endif()
 
 # The sanitized library is worth a little optimising, since every test runs it; the sanitized tests
 # are not, since each of their lines runs once.

@@ -76,15 +76,15 @@ def read_rows(path):
 
 def list_files(root):
     """Every file that is or may be committed, relative to the root."""
-    listed = subprocess.run(
-        ['git', '-C', root, 'ls-files', '--cached', '--others', '--exclude-standard'],
-        capture_output=True, text=True, check=False)
-    if listed.returncode == 0:
-        names = listed.stdout.splitlines()
+    if os.path.exists(os.path.join(root, '.git')):
+        names = subprocess.run(
+            ['git', '-C', root, 'ls-files', '--cached', '--others', '--exclude-standard'],
+            capture_output=True, text=True, check=True).stdout.splitlines()
     else:
         names = [os.path.relpath(os.path.join(where, name), root)
                  for where, _, here in os.walk(root) for name in here]
-    return sorted(name for name in set(names) if os.path.isfile(os.path.join(root, name)))
+    return sorted(name for name in set(names)
+                  if os.path.isfile(os.path.join(root, name)) and not name.startswith('build/'))
 
 
 class Check:
