@@ -33,6 +33,7 @@ public:
     file_tree& operator=(const file_tree&) = delete;
 
     node& root() noexcept { return root_; }
+    const node& root() const noexcept { return root_; }
 
     /// How many nodes there are, the root not counted.
     std::size_t size() const noexcept { return size_; }
