@@ -6,8 +6,7 @@
 
 namespace korvanet::platform::assets {
 
-OpcFsIterator::OpcFsIterator(velmor::fs::IVfs& owner, velmor::fs::VfsNodeIterator at,
-                             velmor::fs::VfsNodeIterator last)
+OpcFsIterator::OpcFsIterator(velmor::fs::IVfs& owner, Listing at, Listing last)
     : owner_(&owner), at_(std::move(at)), last_(std::move(last)) {
     SkipReserved();
 }
@@ -37,9 +36,9 @@ void OpcFsIterator::SkipReserved() {
 
 velmor::fs::VfsNodeRange OpcFsIterator::Filter(velmor::fs::IVfs& owner,
                                                const velmor::fs::VfsNodeRange& inner) {
-    using velmor::fs::VfsNodeIterator;
-    return {VfsNodeIterator(OpcFsIterator(owner, inner.first, inner.last)),
-            VfsNodeIterator(OpcFsIterator(owner, inner.last, inner.last))};
+    return nuo::make_range<velmor::fs::VfsNode, velmor::fs::VfsNode>(
+        OpcFsIterator(owner, inner.first, inner.last),
+        OpcFsIterator(owner, inner.last, inner.last));
 }
 
 }  // namespace korvanet::platform::assets

@@ -8,8 +8,9 @@ namespace korvanet::platform::assets {
 // by itself. Nodes name the package as their owner.
 class OpcFsIterator {
 public:
-    OpcFsIterator(velmor::fs::IVfs& owner, velmor::fs::VfsNodeIterator at,
-                  velmor::fs::VfsNodeIterator last);
+    using Listing = decltype(velmor::fs::VfsNodeRange::first);
+
+    OpcFsIterator(velmor::fs::IVfs& owner, Listing at, Listing last);
 
     velmor::fs::VfsNode operator*() const;
     OpcFsIterator& operator++();
@@ -26,8 +27,8 @@ private:
     void SkipReserved();
 
     velmor::fs::IVfs* owner_;
-    velmor::fs::VfsNodeIterator at_;
-    velmor::fs::VfsNodeIterator last_;
+    Listing at_;
+    Listing last_;
 };
 
 }  // namespace korvanet::platform::assets
