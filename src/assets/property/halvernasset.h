@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+
+#include "nuo/common/string.h"
+#include "velmor/namespace.h"
+#include "velmor/type_methods.h"
+
+namespace korvanet::platform::assets {
+
+class PropertyTableImp;
+
+// The reflected value that stands for one asset or schema in a namespace: it owns the table, and
+// carries what a library notes about its record of the asset. Destroying the value destroys the
+// table.
+//
+// The table is the first word, so that whoever holds only the bytes can reach it.
+class HalvernAsset {
+public:
+    // The number of a block that does not exist.
+    static constexpr std::uint32_t kNoBlock = 0xFFFFFFFF;
+
+    HalvernAsset() = default;
+    HalvernAsset(const HalvernAsset&) = delete;
+    HalvernAsset& operator=(const HalvernAsset&) = delete;
+    ~HalvernAsset();
+
+    PropertyTableImp* table = nullptr;
+    nuo::string identifier;
+    velmor::Namespace registry;
+    nuo::string baseSchema;
+    std::uint32_t definitionBlock = kNoBlock;
+    std::uint32_t instanceBlock = kNoBlock;
+    // 1: changed since it was loaded.
+    std::uint32_t state = 0;
+    bool definitionLoaded = false;
+    bool instanceLoaded = false;
+};
+
+// The methods of the reflected type `HalvernAsset`. A record is stored by its library, not here.
+const velmor::TypeMethods& HalvernAssetMethods();
+
+}  // namespace korvanet::platform::assets

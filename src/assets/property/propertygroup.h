@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "assets/property/property.h"
+#include "assets/property/propertyfactory.h"
+#include "nuo/common/heap.h"
+#include "nuo/common/string.h"
+#include "velmor/object.h"
+
+namespace korvanet::platform::assets {
+
+// The properties of one group of a table, by name in ascending order of their signed bytes.
+//
+// It behaves as an ordered map from name to object and is a sorted vector: the names are those of
+// the properties' descriptors. The objects of a copied group lie in one block; those that are added
+// one by one have blocks of their own.
+class PropertyGroup {
+public:
+    class Entry {
+    public:
+        const nuo::string& Name() const { return object_->Name(); }
+        velmor::Type Type() const { return object_->Descriptor().type; }
+        PropertyBase& Property() const { return *object_; }
+        velmor::Object Object() const { return object_->AsObject(); }
+
+    private:
+        friend class PropertyGroup;
+
+        // The first bytes of the name in an order-keeping form, so that most comparisons of a
+        // search end without touching the name.
+        std::uint64_t order_;
+        PropertyBase* object_;
+    };
+    using Iterator = std::vector<Entry>::const_iterator;
+
+    PropertyGroup() : PropertyGroup(nuo::get_heap()) {}
+    explicit PropertyGroup(nuo::heap& heap) : heap_(&heap) {}
+    // A copy has objects of its own, which share the descriptors.
+    PropertyGroup(const PropertyGroup& other);
+    PropertyGroup& operator=(const PropertyGroup& other);
+    ~PropertyGroup() { Clear(); }
+
+    bool Empty() const { return entries_.empty(); }
+    std::size_t Size() const { return entries_.size(); }
+    Iterator begin() const { return entries_.begin(); }
+    Iterator end() const { return entries_.end(); }
+
+    // Null when there is none of that name.
+    PropertyBase* Find(nuo::string_ref name) const;
+
+    // Takes the property over; one of the same name is destroyed first.
+    void Insert(OwnedProperty property);
+    // Destroys the property of that name; false when there is none.
+    bool Remove(nuo::string_ref name);
+    // Destroys all properties.
+    void Clear();
+
+private:
+    std::vector<Entry>::iterator LowerBound(std::uint64_t order, nuo::string_ref name);
+    Iterator LowerBound(std::uint64_t order, nuo::string_ref name) const;
+    void CopyFrom(const PropertyGroup& source);
+    void Destroy(PropertyBase& object);
+    bool InBlock(const PropertyBase& object) const;
+
+    nuo::heap* heap_;
+    std::vector<Entry> entries_;
+    std::byte* block_ = nullptr;
+    std::uint64_t block_size_ = 0;
+};
+
+}  // namespace korvanet::platform::assets

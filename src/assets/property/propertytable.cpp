@@ -1,0 +1,167 @@
+#include "assets/property/propertytable.h"
+
+#include <korvanet/platform/core/jpkuuid.h>
+
+#include "assets/property/halvernasset.h"
+#include "assets/property/modulecontext.h"
+#include "assets/property/propertytableface.h"
+#include "assets/property/propertytext.h"
+#include "velmor/array.h"
+#include "velmor/runtime.h"
+
+namespace korvanet::platform::assets {
+
+PropertyTableImp::PropertyTableImp(TableKind kind, HalvernAsset& holder,
+                                   const ModuleContext& context)
+    : holder_(&holder), context_(&context), kind_(kind) {
+    for (GroupSlot& slot : groups_) {
+        slot.properties = std::make_shared<PropertyGroup>(*context.heap);
+    }
+    holder.table = this;
+}
+
+PropertyTableImp::~PropertyTableImp() {
+    holder_->table = nullptr;
+}
+
+PropertyTableImp::GroupIndex PropertyTableImp::GroupOf(std::uint32_t flags) {
+    if ((flags & PropertyFlags::kReadOnly) != 0) {
+        return kReadOnlyGroup;
+    }
+    return (flags & PropertyFlags::kDefinitionIteratorData) != 0 ? kIterationGroup
+                                                                 : kReadWriteGroup;
+}
+
+velmor::Object PropertyTableImp::HolderObject() const {
+    return {context_->types.Asset(), holder_};
+}
+
+PropertyBase* PropertyTableImp::FindProperty(nuo::string_ref name) const {
+    for (const GroupSlot& slot : groups_) {
+        if (PropertyBase* found = slot.properties->Find(name)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+velmor::Object PropertyTableImp::GetObject(std::size_t group, nuo::string_ref name) const {
+    PropertyBase* found = FindInGroup(group, name);
+    return found == nullptr ? velmor::Object() : found->AsObject();
+}
+
+std::uint64_t PropertyTableImp::GetArraySize(nuo::string_ref name) const {
+    PropertyBase* found = FindProperty(name);
+    const auto* elements =
+        found == nullptr ? nullptr : velmor::bindOrNull<velmor::Array>(found->DataObject());
+    return elements == nullptr ? 0 : elements->size();
+}
+
+nuo::string PropertyTableImp::GetText(std::size_t group, nuo::string_ref name) const {
+    PropertyBase* found = FindInGroup(group, name);
+    if (found == nullptr) {
+        return {};
+    }
+    velmor::Object data = found->DataObject();
+    if (const auto* elements = velmor::bindOrNull<velmor::Array>(data)) {
+        if (elements->empty()) {
+            return {};
+        }
+        data = elements->front();
+    }
+    const auto* text = velmor::bindOrNull<nuo::string>(data);
+    return text == nullptr ? nuo::string() : *text;
+}
+
+void PropertyTableImp::AddProperty(OwnedProperty property) {
+    Group(GroupOf(property->GetFlags())).Insert(std::move(property));
+}
+
+void PropertyTableImp::Enter(velmor::Namespace registry, const nuo::string& name) {
+    name_ = name;
+    if (!registry.valid()) {
+        return;
+    }
+    registry.imp()->objects.emplace(name, HolderObject());
+    registry_ = registry;
+    holder_->registry = registry;
+}
+
+void PropertyTableImp::Detach() {
+    if (registry_.valid()) {
+        auto& objects = registry_.imp()->objects;
+        const auto entry = objects.find(name_);
+        // Another table may have taken the name since.
+        if (entry != objects.end() && entry->second.data() == holder_) {
+            objects.erase(entry);
+        }
+    }
+    registry_ = {};
+    holder_->registry = {};
+    pinned_ = false;
+}
+
+nuo::string PropertyTableImp::GetQualifiedName() const {
+    nuo::string_builder path;
+    if (registry_.valid() && registry_.parent().valid()) {
+        path.append(registry_.fullName());
+    }
+    path.append(nuo::string_ref("."));
+    path.append(name_.ref());
+    return path;
+}
+
+void PropertyTableImp::ClearConnections() {
+    for (const GroupSlot& slot : groups_) {
+        for (const PropertyGroup::Entry& entry : *slot.properties) {
+            entry.Property().ClearConnections();
+        }
+    }
+}
+
+void PropertyTableImp::TakeGroups(const PropertyTableImp& other) {
+    groups_[kReadOnlyGroup].properties = other.groups_[kReadOnlyGroup].properties;
+    *groups_[kReadWriteGroup].properties = *other.groups_[kReadWriteGroup].properties;
+    *groups_[kIterationGroup].properties = *other.groups_[kIterationGroup].properties;
+}
+
+void PropertyTableImp::Expire() {
+    if (!pinned_) {
+        Detach();
+        DestroyTable(*this);
+    }
+}
+
+PropertyTableImp& MakeTable(const ModuleContext& context, TableKind kind) {
+    const velmor::Type type = context.types.Asset();
+    void* memory = context.heap->malloc(type.payload(), type.alignment(), nullptr);
+    const velmor::Object object(type, memory);
+    type.methods().construct(object, context.heap, context.runtime->extHeap());
+    try {
+        return *context.tables->MakeTable(kind, *static_cast<HalvernAsset*>(memory), context);
+    } catch (...) {
+        type.methods().destruct(object);
+        context.heap->free(memory, type.payload(), type.alignment());
+        throw;
+    }
+}
+
+void DestroyTable(PropertyTableImp& table) {
+    const velmor::Object holder = table.HolderObject();
+    nuo::heap& heap = *table.Context().heap;
+    const velmor::Type type = holder.type();
+    type.methods().destruct(holder);
+    heap.free(holder.data(), type.payload(), type.alignment());
+}
+
+nuo::string MakeIdentifier() {
+    char text[core::JPKUUID::kTextLength + 1];
+    core::JPKUUID().ToChars(text);
+    return nuo::string(text);
+}
+
+PropertyBase* FindByWideName(const PropertyTableImp& table, const wchar_t* name) {
+    return name == nullptr ? nullptr : table.FindProperty(WideKey(name));
+}
+
+}  // namespace korvanet::platform::assets

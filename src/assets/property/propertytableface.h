@@ -1,0 +1,43 @@
+#pragma once
+
+#include <korvanet/platform/assets/ipropertytable.h>
+
+#include "assets/property/enumeration.h"
+#include "assets/property/propertytable.h"
+
+namespace korvanet::platform::assets {
+
+// The property of a name that comes from a host; null for a null name.
+PropertyBase* FindByWideName(const PropertyTableImp& table, const wchar_t* name);
+
+// Serves the table operations of the interface `I` from the body of the table.
+//
+// They override those of `I` where it is an IPropertyTable; IAssetDefinition has none, and there
+// they are plain operations for the library's own use. Hence no `override`.
+template <class I>
+class PropertyTable : public I, public PropertyTableImp {
+public:
+    using PropertyTableImp::FindProperty;
+
+    PropertyTable(TableKind kind, HalvernAsset& holder, const ModuleContext& context)
+        : PropertyTableImp(kind, holder, context) {}
+
+    IEnumeration<const IProperty*>* GetProperties(bool publicOnly) const {
+        return new FilterIterator<Merge, const IProperty*, SelectPublic>(Merge(*this), publicOnly);
+    }
+    IEnumeration<IProperty*>* GetProperties(bool publicOnly) {
+        return new FilterIterator<Merge, IProperty*, SelectPublic>(Merge(*this), publicOnly);
+    }
+    void ReleaseEnumeration(IEnumeration<const IProperty*>* enumeration) const {
+        delete enumeration;
+    }
+    void ReleaseEnumeration(IEnumeration<IProperty*>* enumeration) { delete enumeration; }
+
+    const IProperty* FindProperty(const wchar_t* name) const { return FindByWideName(*this, name); }
+    IProperty* FindProperty(const wchar_t* name) { return FindByWideName(*this, name); }
+
+private:
+    using Merge = SortedMultiGroupMergeIterator<IProperty*>;
+};
+
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,32 @@
+#include "assets/property/stringvalues.h"
+
+#include "assets/property/modulecontext.h"
+#include "assets/property/propertytext.h"
+
+namespace korvanet::platform::assets {
+
+bool StringAccess::Store(nuo::string& place, const wchar_t* text) {
+    if (text == nullptr) {
+        return false;
+    }
+    FromWide(text).swap(place);
+    return true;
+}
+
+bool StringAccess::Load(const nuo::string& place, IString& text) {
+    AssignText(text, place);
+    return true;
+}
+
+bool StringAccess::LoadLocalized(const PropertyDescriptor& descriptor, const nuo::string& place,
+                                 IString& text, const wchar_t* locale) {
+    if (locale == nullptr) {
+        return false;
+    }
+    AssignText(text, descriptor.Has(PropertyFlags::kLocal)
+                         ? Localize(descriptor.context, place, WideKey(locale), place)
+                         : place);
+    return true;
+}
+
+}  // namespace korvanet::platform::assets
