@@ -36,16 +36,16 @@ TEST(UriEncoding, KeepsTheStructureOfAUri) {
 
 TEST(PercentDecoding, TurnsEscapesBack) {
     UTF8String out;
-    ASSERT_TRUE(StringAlgorithm::PercentDecode("a%20b%2f%2F+%C3%BC", out));
+    ASSERT_TRUE(StringAlgorithm::PercentDecode(UTF8String("a%20b%2f%2F+%C3%BC"), out));
     EXPECT_STREQ(out.AsUTF8(), "a b//+\xC3\xBC");
-    ASSERT_TRUE(StringAlgorithm::PercentDecode("", out));
+    ASSERT_TRUE(StringAlgorithm::PercentDecode(UTF8String(""), out));
     EXPECT_STREQ(out.AsUTF8(), "");
 }
 
 TEST(PercentDecoding, RefusesBrokenEscapesAndLeavesTheResultAlone) {
     for (const char* text : {"%", "a%2", "%G0", "%0G", "%%20", "a%00b"}) {
         UTF8String out("before");
-        EXPECT_FALSE(StringAlgorithm::PercentDecode(text, out)) << text;
+        EXPECT_FALSE(StringAlgorithm::PercentDecode(UTF8String(text), out)) << text;
         EXPECT_STREQ(out.AsUTF8(), "before");
     }
 }
@@ -81,7 +81,8 @@ TEST(Base64, DecodesTheKnownVectors) {
     for (const auto& [bytes, text] : kVectors) {
         char buffer[16] = {};
         std::uint64_t size = 99;
-        ASSERT_TRUE(StringAlgorithm::Base64Decode(text, buffer, sizeof(buffer), size)) << text;
+        ASSERT_TRUE(StringAlgorithm::Base64Decode(UTF8String(text), buffer, sizeof(buffer), size))
+            << text;
         EXPECT_EQ(std::string(buffer, size), bytes);
     }
 }
@@ -104,20 +105,21 @@ TEST(Base64, EveryByteSurvivesTheRoundTrip) {
 TEST(Base64, PassesOverWhiteSpace) {
     char buffer[8];
     std::uint64_t size = 0;
-    ASSERT_TRUE(StringAlgorithm::Base64Decode(" Zm\r\n9v\tYg = =\n", buffer, sizeof(buffer), size));
+    ASSERT_TRUE(StringAlgorithm::Base64Decode(UTF8String(" Zm\r\n9v\tYg = =\n"), buffer,
+                                              sizeof(buffer), size));
     EXPECT_EQ(std::string(buffer, size), "foob");
 }
 
 TEST(Base64, TellsTheSizeWithoutABuffer) {
     std::uint64_t size = 0;
-    ASSERT_TRUE(StringAlgorithm::Base64Decode("Zm9vYg==", nullptr, 0, size));
+    ASSERT_TRUE(StringAlgorithm::Base64Decode(UTF8String("Zm9vYg=="), nullptr, 0, size));
     EXPECT_EQ(size, 4u);
 }
 
 TEST(Base64, RefusesASmallBufferAndWritesNothing) {
     char buffer[4] = {'k', 'e', 'p', 't'};
     std::uint64_t size = 77;
-    EXPECT_FALSE(StringAlgorithm::Base64Decode("Zm9vYg==", buffer, 3, size));
+    EXPECT_FALSE(StringAlgorithm::Base64Decode(UTF8String("Zm9vYg=="), buffer, 3, size));
     EXPECT_EQ(size, 77u);
     EXPECT_EQ(std::string(buffer, 4), "kept");
 }
@@ -127,7 +129,8 @@ TEST(Base64, RefusesWhatIsNotBase64) {
                              "Zm8==", "Zm9v=", "Zh==", "Zm9=", "Z-9v", "Z_9v", "\xC3\xBC=="}) {
         char buffer[16];
         std::uint64_t size = 77;
-        EXPECT_FALSE(StringAlgorithm::Base64Decode(text, buffer, sizeof(buffer), size)) << text;
+        EXPECT_FALSE(StringAlgorithm::Base64Decode(UTF8String(text), buffer, sizeof(buffer), size))
+            << text;
         EXPECT_EQ(size, 77u);
     }
 }

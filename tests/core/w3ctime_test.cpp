@@ -50,14 +50,14 @@ TEST(W3CTime, PresentTimeHasTheFormThatItReads) {
 
 TEST(W3CTime, ReadsItsOwnForm) {
     W3CTime time(1, 1, 1, 1, 1, 1);
-    ASSERT_TRUE(W3CTime::Parse("2024-02-29T23:59:60", time));
+    ASSERT_TRUE(W3CTime::Parse(UTF8String("2024-02-29T23:59:60"), time));
     EXPECT_EQ(time.GetYear(), 2024);
     EXPECT_EQ(time.GetMonth(), 2);
     EXPECT_EQ(time.GetDay(), 29);
     EXPECT_EQ(time.GetHour(), 23);
     EXPECT_EQ(time.GetMinute(), 59);
     EXPECT_EQ(time.GetSecond(), 60);
-    EXPECT_TRUE(W3CTime::Parse("2000-02-29T00:00:00", time));
+    EXPECT_TRUE(W3CTime::Parse(UTF8String("2000-02-29T00:00:00"), time));
 }
 
 TEST(W3CTime, RefusesOtherFormsAndDaysThatNoCalendarHas) {
@@ -67,7 +67,7 @@ TEST(W3CTime, RefusesOtherFormsAndDaysThatNoCalendarHas) {
                              "2023-02-29T05:06:07", "1900-02-29T05:06:07", "2011-03-04T24:06:07",
                              "2011-03-04T05:60:07", "2011-03-04T05:06:61"}) {
         W3CTime time(2001, 2, 3, 4, 5, 6);
-        EXPECT_FALSE(W3CTime::Parse(text, time)) << text;
+        EXPECT_FALSE(W3CTime::Parse(UTF8String(text), time)) << text;
         EXPECT_EQ(Text(time), "2001-02-03T04:05:06");
     }
 }
