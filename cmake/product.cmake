@@ -14,7 +14,7 @@ set_target_properties(halvern PROPERTIES
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}
   # The units service lies beside the library and is found there by its plain name.
-  BUILD_RPATH "$ORIGIN"
+  BUILD_WITH_INSTALL_RPATH ON
   INSTALL_RPATH "$ORIGIN"
   LINK_DEPENDS ${PROJECT_SOURCE_DIR}/exports.map)
 target_include_directories(halvern INTERFACE
