@@ -26,6 +26,32 @@ void checkCount(nuo::archive::reader& reader, Type type, std::uint64_t count) {
     if (!Array::fits(type, count)) NUO_RAISE(nuo::archive::read_failed);
 }
 
+template <class... Natives>
+bool isAnyOf(const TypeMethods& methods) {
+    return ((&methods == &PrimitiveMethods<Natives>::instance()) || ...);
+}
+
+/// True when the stored form of an element is its memory, so that a row goes in one piece. A bool
+/// is not among them: a stored byte need not be a bool.
+bool storesMemory(Type type) {
+    return isAnyOf<std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
+                   std::uint32_t, std::int64_t, std::uint64_t, float, double, Matrix44, Color3,
+                   Color4, Vector3, Vector4>(type.methods());
+}
+
+/// Fills the elements from `from` up to `to`.
+void readElements(nuo::archive::reader& reader, const Array& array, std::uint64_t from,
+                  std::uint64_t to, nuo::heap* heap, nuo::ext_heap* extHeap) {
+    const Type type = array.type();
+    if (storesMemory(type)) {
+        nuo::archive::read_exact(reader, {array[from].data(), (to - from) * type.payload()});
+        return;
+    }
+    for (std::uint64_t i = from; i < to; ++i) {
+        type.methods().deserialize(reader, array[i], heap, extHeap);
+    }
+}
+
 }  // namespace
 
 void PrimitiveMethods<Array>::construct(Object object, nuo::heap* heap,
@@ -47,13 +73,14 @@ void PrimitiveMethods<Array>::deserialize(nuo::archive::reader& reader, Object o
     const Type type = array.type();
     const auto count = nuo::archive::read_value<std::uint32_t>(reader);
     checkCount(reader, type, count);
-    array.resize(std::min<std::uint64_t>(array.size(), count));
+    if (array.size() > count) array.resize(count);
 
     const std::uint64_t stride = std::max<std::uint64_t>(type.payload(), 1);
     const std::uint64_t ahead = std::max<std::uint64_t>(kReadAhead / stride, 1);
-    for (std::uint64_t i = 0; i < count; ++i) {
-        if (i == array.size()) array.resize(std::min<std::uint64_t>(i + ahead, count));
-        type.methods().deserialize(reader, array[i], heap, extHeap);
+    for (std::uint64_t from = 0; from < count; from += ahead) {
+        const std::uint64_t to = std::min<std::uint64_t>(from + ahead, count);
+        if (array.size() < to) array.resize(to);
+        readElements(reader, array, from, to, heap, extHeap);
     }
 }
 
