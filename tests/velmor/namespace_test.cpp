@@ -325,7 +325,8 @@ TEST_F(MovingNamespaceTest, TheBuilderCanBeUsedAgain) {
     builder.adoptChildrenBy(target);
     EXPECT_TRUE(target.findType("second").valid());
     EXPECT_TRUE(target.findType("type").valid());
-    EXPECT_EQ(builder.adoptBy(root), root.findChild("source"));
+    const Namespace source = builder.adoptBy(root);
+    EXPECT_EQ(root.findChild("source"), source);
 }
 
 TEST_F(MovingNamespaceTest, ATakenNameOfTheSameKindMovesNothing) {

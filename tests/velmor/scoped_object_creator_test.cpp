@@ -44,6 +44,15 @@ TEST_F(ScopedObjectCreatorTest, ASecondValueTakesThePlaceOfTheFirst) {
     EXPECT_EQ(heap.bytes, sizeof(Probe));
 }
 
+TEST_F(ScopedObjectCreatorTest, TheFirstValueIsEndedAsOneOfTheNewType) {
+    TypeBuilder builder;
+    const Type silent = builder.begin().setName("silent").endBuild().adoptBy(root);
+    ScopedObjectCreator creator(&heap, nullptr);
+    creator.create(probeType());
+    creator.create(silent);
+    EXPECT_EQ(Probe::takeLog(), (Log{"make 1"}));
+}
+
 TEST_F(ScopedObjectCreatorTest, AFailedConstructionFreesTheBlockAndKeepsTheOldValue) {
     ScopedObjectCreator creator(&heap, nullptr);
     const Object first = creator.create(probeType());

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"color4", 32, 8, true, 32}, Row{"units_value", 16, 8, true, 12},
         Row{"vector3", 24, 8, true, 24}, Row{"vector4", 32, 8, true, 32},
         Row{"byte_buffer", 32, 8, false, 4}),
-    [](const ::testing::TestParamInfo<Row>& info) { return std::string(info.param.name); });
+    [](const ::testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
 
 class StartRuntimeTest : public RuntimeTest {};
 
