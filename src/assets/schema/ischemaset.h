@@ -9,7 +9,8 @@ namespace korvanet::platform::assets {
 class KRVTSchemaDefinition;
 class PropertyBase;
 
-/** What schemas need of the manager that keeps the global set of schemas. The manager supplies it. */
+/** What schemas need of the manager that keeps the global set of schemas. The manager supplies it.
+ */
 class ISchemaSet {
 public:
     /** The schema of that id in the global set, or null. */

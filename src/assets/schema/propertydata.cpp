@@ -4,8 +4,7 @@ namespace korvanet::platform::assets {
 namespace {
 
 bool IsText(velmor::Type type) {
-    return type.valid() &&
-           type.methods().typeinfo() == velmor::TypeInfo<nuo::string>::instance();
+    return type.valid() && type.methods().typeinfo() == velmor::TypeInfo<nuo::string>::instance();
 }
 
 /** Null unless the data is an array of texts; an array without a type has no elements. */

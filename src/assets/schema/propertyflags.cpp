@@ -1,8 +1,7 @@
 #include "assets/schema/propertyflags.h"
 
-#include "assets/manager/base/reports.h"
+#include "assets/manager/base/report.h"
 #include "assets/property/propertytable.h"
-#include "nuo/common/string_builder.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -76,10 +75,7 @@ std::uint32_t CheckPropertyFlags(PropertyType kind, std::uint32_t flags) {
 }
 
 void WarnFlagConflict(nuo::string_ref id, std::uint32_t code) {
-    nuo::string_builder text;
-    text.append("Property flags conflict in Node: ").append(id).append(", ErrorCode: ");
-    text.append_number(std::uint64_t{code});
-    HalvernWarn(text).Deliver();
+    HalvernWarn("Property flags conflict in Node: ", id, ", ErrorCode: ", code).Deliver();
 }
 
 bool HasRequiredProperties(const PropertyTableImp& table) {

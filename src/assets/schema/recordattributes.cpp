@@ -1,6 +1,6 @@
 #include "assets/schema/recordattributes.h"
 
-#include "assets/manager/base/reports.h"
+#include "assets/manager/base/report.h"
 #include "assets/property/bounds.h"
 #include "assets/schema/schemagrammar.h"
 #include "assets/schema/valuelist.h"
@@ -33,8 +33,7 @@ constexpr AttributeRow kPropertyAttributes[] = {
          record.val = value;
          record.values = SplitValues(value);
      }},
-    {attribute::kType,
-     [](Record& record, const nuo::string& value) { record.typeAttr = value; }},
+    {attribute::kType, [](Record& record, const nuo::string& value) { record.typeAttr = value; }},
     {attribute::kId, [](Record& record, const nuo::string& value) { record.id = value; }},
     {attribute::kLabel, [](Record& record, const nuo::string& value) { record.label = value; }},
     {attribute::kUnit, [](Record& record, const nuo::string& value) { record.unit = value; }},
@@ -126,7 +125,7 @@ const AttributeRow* FindRow(const nuo::string& name) {
 
 // The report names the value and not the attribute; kept on purpose.
 void WarnUnknownAttribute(const nuo::string& value) {
-    HalvernWarn(nuo::string(value, " is unknown attribute.")).Deliver();
+    HalvernWarn(value, " is unknown attribute.").Deliver();
 }
 
 }  // namespace

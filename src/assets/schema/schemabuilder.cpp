@@ -1,6 +1,6 @@
 #include "assets/schema/schemabuilder.h"
 
-#include "assets/manager/base/reports.h"
+#include "assets/manager/base/report.h"
 #include "assets/property/property.h"
 #include "assets/property/units.h"
 #include "assets/schema/ischemaset.h"
@@ -9,7 +9,6 @@
 #include "assets/schema/schemagrammar.h"
 #include "assets/schema/schemapropertyrecord.h"
 #include "assets/schema/valuebuilders.h"
-#include "nuo/common/string_builder.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -20,10 +19,7 @@ using Record = SchemaPropertyRecord;
 using Schema = KRVTSchemaDefinition;
 
 void ReportBadName(nuo::string_ref lead, nuo::string_ref val, nuo::string_ref directive) {
-    nuo::string_builder text;
-    text.append(lead).append(val).append(", not a valid name in property '").append(directive);
-    text.append('\'');
-    HalvernError(text).Deliver();
+    HalvernError(lead, val, ", not a valid name in property '", directive, "'").Deliver();
 }
 
 bool NamesOne(const Record& record) {
@@ -142,7 +138,7 @@ void AddBaseSchema(KRVTSchemaDefinition& schema, SchemaPropertyRecord& record) {
     if (!NamesOne(record)) {
         ReportBadName("'val' attribute is ", record.val, element::kBase);
     } else if (!schema.BaseId().empty()) {
-        HalvernError(nuo::string(record.id, " property is redefined.")).Deliver();
+        HalvernError(record.id, " property is redefined.").Deliver();
     } else {
         record.id = nuo::string(grammar::property::kBaseSchema);
         record.flags = kDefinitionIteratorData;
@@ -156,7 +152,7 @@ bool CheckPropertyName(const KRVTSchemaDefinition& schema, const nuo::string& id
         return false;
     }
     if (schema.FindByNameOrAlias(id) != nullptr) {
-        HalvernWarn(nuo::string("Duplicated property name ", id)).Deliver();
+        HalvernWarn("Duplicated property name ", id).Deliver();
         return false;
     }
     return true;

@@ -1,9 +1,9 @@
 // The `Add...` operations of a schema: each fills the record that a file would and gives it to the
 // common builder.
 
+#include "assets/manager/base/text.h"
 #include "assets/property/bounds.h"
 #include "assets/property/choice.h"
-#include "assets/property/stringvalues.h"
 #include "assets/schema/schemabuilder.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemagrammar.h"
@@ -14,28 +14,21 @@ namespace {
 
 namespace element = grammar::element;
 
-/** The text, empty for null. */
-nuo::string Text(const wchar_t* text) {
-    nuo::string result;
-    StringAccess::Store(result, text);
-    return result;
-}
-
 SchemaPropertyRecord MakeRecord(nuo::string_ref element, const wchar_t* id, std::uint32_t flags,
                                 const wchar_t* label) {
     SchemaPropertyRecord record;
     record.element = nuo::string(element);
     record.kind = grammar::KindOfElement(element);
-    record.id = Text(id);
+    record.id = FromWide(id);
     record.flags = flags;
-    record.label = Text(label);
+    record.label = FromWide(label);
     return record;
 }
 
 /** The value as a whole: a call gives one, and nothing in it separates pieces. */
 void SetValue(SchemaPropertyRecord& record, const wchar_t* value) {
     if (value == nullptr) return;
-    record.val = Text(value);
+    record.val = FromWide(value);
     record.values.assign(1, record.val);
 }
 
@@ -108,7 +101,7 @@ IScalarValue* KRVTSchemaDefinition::AddFloatProperty(const wchar_t* id, std::uin
                                                      const wchar_t* unit, IBounds* bounds) {
     SchemaPropertyRecord record = MakeRecord(element::kFloat, id, flags, label);
     record.number = value;
-    record.unit = Text(unit);
+    record.unit = FromWide(unit);
     return TakeOwn(bounds, record.bounds) ? Build<IScalarValue>(*this, record) : nullptr;
 }
 

@@ -2,14 +2,22 @@
 
 #include <korvanet/platform/core/idatawriter.h>
 
+#include "assets/manager/base/text.h"
 #include "assets/property/enumeration.h"
-#include "assets/property/numbervalues.h"
-#include "assets/property/stringvalues.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/schemagrammar.h"
 #include "assets/schema/schemaxmlwriter.h"
 
 namespace korvanet::platform::assets {
+namespace {
+
+bool GiveText(const nuo::string* found, IString& text) {
+    if (found == nullptr) return false;
+    Assign(text, *found);
+    return true;
+}
+
+}  // namespace
 
 KRVTSchemaDefinition::KRVTSchemaDefinition(HalvernAsset& holder, const ModuleContext& context)
     : PropertyTable<IAssetSchema>(TableKind::kSchema, holder, context) {}
@@ -17,13 +25,11 @@ KRVTSchemaDefinition::KRVTSchemaDefinition(HalvernAsset& holder, const ModuleCon
 KRVTSchemaDefinition::~KRVTSchemaDefinition() = default;
 
 const IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) const {
-    nuo::string text;
-    return StringAccess::Store(text, name) ? FindByNameOrAlias(text) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
 }
 
 IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) {
-    nuo::string text;
-    return StringAccess::Store(text, name) ? FindByNameOrAlias(text) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
 }
 
 IAssetSchema* KRVTSchemaDefinition::GetBaseSchema() const {
@@ -31,7 +37,7 @@ IAssetSchema* KRVTSchemaDefinition::GetBaseSchema() const {
 }
 
 void KRVTSchemaDefinition::GetId(IString& id) const {
-    StringAccess::Load(Id(), id);
+    Assign(id, Id());
 }
 
 bool KRVTSchemaDefinition::WriteTo(core::IDataWriter* writer) const {
@@ -51,28 +57,21 @@ std::uint64_t KRVTSchemaDefinition::GetAliasCount() const {
 bool KRVTSchemaDefinition::GetAlias(std::uint64_t index, IString& alias, IString& target) const {
     const Alias* found = AliasAt(index);
     if (found == nullptr) return false;
-    StringAccess::Load(found->alias, alias);
-    StringAccess::Load(found->target, target);
+    Assign(alias, found->alias);
+    Assign(target, found->target);
     return true;
 }
 
 bool KRVTSchemaDefinition::AddAlias(const wchar_t* alias, const wchar_t* target) {
-    nuo::string name;
-    nuo::string meaning;
-    return StringAccess::Store(name, alias) && StringAccess::Store(meaning, target) &&
-           AddAlias(name, meaning);
+    return AddAlias(FromWide(alias), FromWide(target));
 }
 
 bool KRVTSchemaDefinition::GetAliasTarget(const wchar_t* alias, IString& target) const {
-    nuo::string name;
-    const nuo::string* found = StringAccess::Store(name, alias) ? AliasTarget(name) : nullptr;
-    return found != nullptr && StringAccess::Load(*found, target);
+    return GiveText(AliasTarget(FromWide(alias)), target);
 }
 
 bool KRVTSchemaDefinition::GetAliasFor(const wchar_t* target, IString& alias) const {
-    nuo::string name;
-    const nuo::string* found = StringAccess::Store(name, target) ? AliasFor(name) : nullptr;
-    return found != nullptr && StringAccess::Load(*found, alias);
+    return GiveText(AliasFor(FromWide(target)), alias);
 }
 
 bool KRVTSchemaDefinition::GetAssetType(IString& assetType) const {
@@ -176,8 +175,7 @@ const KRVTSchemaDefinition::Alias* KRVTSchemaDefinition::FindAlias(
 
 bool KRVTSchemaDefinition::GetReadOnlyText(nuo::string_ref name, IString& text) const {
     const PropertyBase* property = FindReadOnly(name);
-    const nuo::string* found = property != nullptr ? TextAt(*property, 0) : nullptr;
-    return found != nullptr && StringAccess::Load(*found, text);
+    return GiveText(property != nullptr ? TextAt(*property, 0) : nullptr, text);
 }
 
 KRVTSchemaDefinition* AsSchemaDefinition(IAssetSchema* schema) {

@@ -78,9 +78,11 @@ public:
 
     const nuo::string& Id() const { return Name(); }
     KRVTSchemaDefinition* BaseDefinition() const;
-    /** The property of that name, or of the name that it is an alias of; null when there is none. */
+    /** The property of that name, or of the name that it is an alias of; null when there is none.
+     */
     PropertyBase* FindByNameOrAlias(nuo::string_ref name) const;
-    /** The property of that name that stands in no other than the read-only group, or the base's. */
+    /** The property of that name that stands in no other than the read-only group, or the base's.
+     */
     const PropertyBase* FindReadOnly(nuo::string_ref name) const;
     /** All properties in one ascending order of names. */
     std::vector<PropertyBase*> Properties() const;

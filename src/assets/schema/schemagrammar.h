@@ -4,8 +4,8 @@
 
 #include "nuo/common/string_ref.h"
 
-// The words of schema XML, shared by reader, builder and writer. The page docs/formats/schema_xml.md
-// tells the grammar.
+// The words of schema XML, shared by reader, builder and writer. The page
+// docs/formats/schema_xml.md tells the grammar.
 
 namespace korvanet::platform::assets::grammar {
 

@@ -63,8 +63,10 @@ intrusive_ptr<KRVTSchemaDefinition> CopySchema(const KRVTSchemaDefinition& schem
     copy->SetName(schema.Id());
     copy->SetBase(schema.Base());
     copy->SetLibrary(schema.Library());
-    for (const PropertyBase* property : schema.Properties()) AddCopy(*copy, *property);
-    for (const auto& own : schema.OwnAliases()) copy->AddAlias(own.alias, own.target);
+    for (const PropertyBase* property : schema.Properties())
+        AddCopy(*copy, *property);
+    for (const auto& own : schema.OwnAliases())
+        copy->AddAlias(own.alias, own.target);
     return copy;
 }
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "assets/manager/base/reports.h"
+#include "assets/manager/base/report.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/ischemaset.h"
 #include "assets/schema/propertydata.h"
@@ -80,7 +80,8 @@ MergeResult SchemaMerger::Run(VersionPolicy policy) {
             break;
         }
     }
-    for (const auto& own : source_.OwnAliases()) target_.AddAlias(own.alias, own.target);
+    for (const auto& own : source_.OwnAliases())
+        target_.AddAlias(own.alias, own.target);
     return result_;
 }
 
@@ -111,8 +112,7 @@ bool SchemaMerger::HoldsInherited(const PropertyBase& twin) const {
     return inherited != nullptr && IsSameDefault(twin, *inherited);
 }
 
-bool SchemaMerger::MatchesBaseSchema(const PropertyBase& property,
-                                     const PropertyBase& twin) const {
+bool SchemaMerger::MatchesBaseSchema(const PropertyBase& property, const PropertyBase& twin) const {
     constexpr std::uint32_t kCompared = ~kDefinitionIteratorData;
     return property.GetType() == twin.GetType() && property.IsMarked() == twin.IsMarked() &&
            (property.GetFlags() & kCompared) == (twin.GetFlags() & kCompared) &&
@@ -171,8 +171,8 @@ void SchemaMerger::Overwrite(const PropertyBase& property, PropertyBase& twin) {
     PropertyDescriptor& to = twin.Descriptor();
     const bool sameClass = from.type == to.type;
     const bool sameLayout = sameClass && (from.flags & kLayoutFlags) == (to.flags & kLayoutFlags);
-    result_.changed |= from.label != to.label || from.flags != to.flags ||
-                       !IsSameDefault(property, twin);
+    result_.changed |=
+        from.label != to.label || from.flags != to.flags || !IsSameDefault(property, twin);
     result_.layoutChanged |= !sameLayout && (IsStored(property) || IsStored(twin));
     if (!sameClass ||
         PropertyTableImp::GroupOf(from.flags) != PropertyTableImp::GroupOf(to.flags)) {

@@ -117,9 +117,9 @@ void SchemaManagerXmlData::AddChoice(const XmlAttributes& attributes) {
     namespace attribute = grammar::attribute;
     const nuo::string value = Attribute(attributes, attribute::kVal);
     // Held here too: an entry that the list refuses goes at once.
-    const intrusive_ptr<KRVTChoice> choice(new KRVTChoice(
-        Attribute(attributes, attribute::kLabel), nuo::parse_int32(value).value_or(0),
-        Attribute(attributes, attribute::kId)));
+    const intrusive_ptr<KRVTChoice> choice(new KRVTChoice(Attribute(attributes, attribute::kLabel),
+                                                          nuo::parse_int32(value).value_or(0),
+                                                          Attribute(attributes, attribute::kId)));
     choices_->AddChoice(choice.get());
 }
 

@@ -19,7 +19,8 @@ class KRVTSchemaDefinition;
 /** A document that is far larger than any schema. */
 NUO_DECLARE_EXCEPTION(schema_too_large);
 
-/** What a schema file may hold; beyond, it is refused, so that a small file can't fill the memory. */
+/** What a schema file may hold; beyond, it is refused, so that a small file can't fill the memory.
+ */
 inline constexpr std::uint64_t kMaxSchemaBytes = 4u << 20;
 inline constexpr std::uint64_t kMaxSchemaElements = 16384;
 inline constexpr std::uint64_t kMaxSchemaListElements = 1u << 20;

@@ -121,8 +121,7 @@ void WriteText(const XmlElement& node, const PropertyBase& property) {
         node.SetAttribute(attribute::kVal, *TextAt(property, 0));
         return;
     }
-    node.SetAttribute(attribute::kVal,
-                      Join(count, [&](nuo::string_builder& out, std::uint64_t i) {
+    node.SetAttribute(attribute::kVal, Join(count, [&](nuo::string_builder& out, std::uint64_t i) {
                           AppendEscapedValue(out, *TextAt(property, i));
                       }));
 }
@@ -153,8 +152,7 @@ void WriteInteger(const XmlElement& node, const PropertyBase& property) {
     const auto& value = dynamic_cast<const IIntegerValue&>(*property.GetValue());
     const std::uint64_t count = value.GetDimension();
     if (count == 0) return;
-    node.SetAttribute(attribute::kVal,
-                      Join(count, [&](nuo::string_builder& out, std::uint64_t i) {
+    node.SetAttribute(attribute::kVal, Join(count, [&](nuo::string_builder& out, std::uint64_t i) {
                           out.append_number(std::int64_t{value.GetValue(i)});
                       }));
 }

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "assets/manager/base/reports.h"
+#include "assets/manager/base/report.h"
 #include "assets/property/bounds.h"
 #include "assets/property/choice.h"
 #include "assets/property/propertyfactory.h"
@@ -184,8 +184,8 @@ PropertyBase* Choice(Schema& schema, Record& record) {
     if (record.choices == nullptr) return nullptr;
     const KRVTChoice* chosen = record.choices->FindById(FirstValue(record));
     if (chosen == nullptr && !record.fromXml) return nullptr;
-    OwnedProperty property =
-        Make(schema, record, IsList(record) ? ValueClass::kChoiceListValue : ValueClass::kChoiceValue);
+    OwnedProperty property = Make(
+        schema, record, IsList(record) ? ValueClass::kChoiceListValue : ValueClass::kChoiceValue);
     if (!property) return nullptr;
     record.choices->SetName(record.id);
     property->Descriptor().choices = record.choices;

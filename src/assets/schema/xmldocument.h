@@ -9,7 +9,8 @@ namespace korvanet::platform::assets {
 
 class XmlDocument;
 
-/** An element of an XmlDocument; a handle that is copied freely and lives as long as its document. */
+/** An element of an XmlDocument; a handle that is copied freely and lives as long as its document.
+ */
 class XmlElement {
 public:
     /** Appends an element. */

@@ -1,0 +1,237 @@
+// The part of SchemaManager that reads files and waits for bases.
+
+#include <algorithm>
+
+#include <korvanet/platform/core/idatareader.h>
+
+#include "assets/manager/base/path.h"
+#include "assets/manager/base/report.h"
+#include "assets/schema/propertydata.h"
+#include "assets/schema/propertyflags.h"
+#include "assets/schema/schemabuilder.h"
+#include "assets/schema/schemagrammar.h"
+#include "assets/schema/schemainheritance.h"
+#include "assets/schema/schemamanager.h"
+#include "assets/schema/schemapropertyrecord.h"
+#include "assets/schema/schemaxmlreader.h"
+#include "assets/serialization/io/xmlhandler.h"
+#include "nuo/common/buffer_archive.h"
+#include "nuo/common/file_archive.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+/** Below this version the root schema had defaults of its own for what each asset sets itself. */
+constexpr std::int32_t kVersionWithoutDefaultKeywords = 3;
+
+/** Adds a property that a file may leave out, unless it is there. */
+PropertyBase* AddMissing(KRVTSchemaDefinition& schema, nuo::string_ref element, nuo::string_ref id,
+                         std::uint32_t flags, std::int32_t integer = 0) {
+    if (schema.FindProperty(id) != nullptr) return nullptr;
+    SchemaPropertyRecord record;
+    record.fromXml = true;
+    record.element = nuo::string(element);
+    record.kind = grammar::KindOfElement(element);
+    record.id = nuo::string(id);
+    record.flags = flags;
+    record.integer = integer;
+    record.values.assign(1, nuo::string());
+    return AddProperty(schema, record);
+}
+
+void CompleteVersion(KRVTSchemaDefinition& schema) {
+    AddMissing(schema, grammar::element::kInteger, grammar::property::kSchemaVersion,
+               PropertyFlags::kReadOnly, 1);
+}
+
+void ResetTexts(KRVTSchemaDefinition& schema, nuo::string_ref id) {
+    PropertyBase* property = schema.FindProperty(id);
+    if (property == nullptr) return;
+    if (velmor::Array* list = TextList(*property)) list->resize(1);
+    SetTextAt(*property, 0, nuo::string());
+}
+
+void CompleteRoot(KRVTSchemaDefinition& schema) {
+    using namespace PropertyFlags;
+    AddMissing(schema, grammar::element::kString, grammar::property::kAssetLibId, kPublic);
+    AddMissing(schema, grammar::element::kUuid, grammar::property::kVersionGuid,
+               kDefinitionIteratorData);
+    AddMissing(schema, grammar::element::kString, grammar::property::kLocalType,
+               kReadOnly | kLocal);
+    AddMissing(schema, grammar::element::kString, grammar::property::kLocalName,
+               kReadOnly | kLocal);
+    if (schema.Version() < kVersionWithoutDefaultKeywords) {
+        ResetTexts(schema, grammar::property::kCategory);
+        ResetTexts(schema, grammar::property::kKeyword);
+    }
+}
+
+/** The whole of the reader, from its start, in a buffer; false when it is none or too long. */
+bool ReadAll(core::IDataReader* reader, nuo::buffer<nuo::byte>& bytes) {
+    constexpr std::uint64_t kChunk = 64 << 10;
+    if (reader == nullptr || !reader->IsOpen()) return false;
+    reader->Seek(0, core::SeekOrigin::kBegin);
+    std::uint64_t size = 0;
+    for (;;) {
+        bytes.resize(size + kChunk);
+        const std::uint64_t count = std::min(reader->Read(bytes.begin() + size, kChunk), kChunk);
+        size += count;
+        if (count == 0) break;
+        if (size > kMaxSchemaBytes) return false;
+    }
+    bytes.resize(size);
+    return true;
+}
+
+/** An id that is a file name and not a path. */
+bool IsFileName(const nuo::string& id) {
+    return !id.empty() && !(id == ".") && !(id == "..") &&
+           std::none_of(id.begin(), id.end(), [](char c) { return c == '/' || c == '\\'; });
+}
+
+nuo::string FileOf(const nuo::string& folder, const nuo::string& id) {
+    return AppendPath(folder, nuo::string(id, ".xml"));
+}
+
+}  // namespace
+
+KRVTSchemaDefinition* SchemaManager::LoadSchema(core::IDataReader* source,
+                                                const nuo::string& sourcePath) {
+    nuo::buffer<nuo::byte> bytes;
+    if (!ReadAll(source, bytes)) return nullptr;
+    nuo::archive::buffer_in archive(bytes);
+    return LoadSchema(archive, sourcePath);
+}
+
+KRVTSchemaDefinition* SchemaManager::LoadSchema(nuo::archive::iarchive& source,
+                                                const nuo::string& sourcePath) {
+    const SchemaPtr schema = Parse(source, sourcePath);
+    if (!schema || schema->Id().empty()) return nullptr;
+    if (KRVTSchemaDefinition* loaded = Loaded(schema->Id())) {
+        HalvernWarn("Try to load a loaded schema.").Deliver();
+        return loaded;
+    }
+    CompleteVersion(*schema);
+    return schema->Id() == grammar::kCommonSchema ? RegisterRoot(schema) : Register(schema);
+}
+
+KRVTSchemaDefinition* SchemaManager::LoadFromFile(const nuo::string& path) {
+    try {
+        nuo::archive::file_read_archive file(path);
+        return LoadSchema(file, path);
+    } catch (const nuo::exception&) {
+        // A file that can't be read is one without a schema.
+        return nullptr;
+    }
+}
+
+KRVTSchemaDefinition* SchemaManager::LoadFromFolder(const nuo::string& folder,
+                                                    const nuo::string& id) {
+    if (!IsFileName(id)) return nullptr;
+    KRVTSchemaDefinition* schema = LoadFromFile(FileOf(folder, id));
+    if (schema == nullptr) return nullptr;
+    std::set<nuo::string, nuo::string_less> tried;
+    nuo::string base = schema->BaseId();
+    while (IsFileName(base) && FindBase(base) == nullptr && !IsPending(base) &&
+           tried.insert(base).second) {
+        const KRVTSchemaDefinition* loaded = LoadFromFile(FileOf(folder, base));
+        if (loaded == nullptr) break;
+        base = loaded->BaseId();
+    }
+    return IsPending(schema->Id()) ? nullptr : schema;
+}
+
+void SchemaManager::ExpectFiles(std::vector<nuo::string> ids) {
+    expected_ = std::set<nuo::string, nuo::string_less>(ids.begin(), ids.end());
+}
+
+void SchemaManager::RetryPending() {
+    for (auto at = waiting_.begin(); at != waiting_.end();) {
+        const nuo::string base = at->first;
+        if (FindBase(base) != nullptr) {
+            FinishWaiting(base);
+            at = waiting_.begin();
+        } else {
+            at = waiting_.upper_bound(base);
+        }
+    }
+}
+
+SchemaManager::SchemaPtr SchemaManager::Parse(nuo::archive::iarchive& source,
+                                              const nuo::string& sourcePath) const {
+    nuo::archive::random* extent = source.query_random();
+    if (extent == nullptr || extent->size() > kMaxSchemaBytes) return SchemaPtr();
+    SchemaPtr schema = MakeSchema(nuo::string());
+    SchemaManagerXmlData reader(*schema, sourcePath);
+    XmlDriverState driver(reader);
+    try {
+        ParseXml(driver, source);
+    } catch (const nuo::exception&) {
+        // Malformed, too large or unreadable: there is no schema, and a batch may go on.
+        return SchemaPtr();
+    }
+    return schema;
+}
+
+KRVTSchemaDefinition* SchemaManager::Loaded(nuo::string_ref id) const {
+    if (KRVTSchemaDefinition* own = FindOwn(id)) return own;
+    const auto found = pending_.find(id);
+    return found != pending_.end() ? found->second.get() : nullptr;
+}
+
+KRVTSchemaDefinition* SchemaManager::Register(const SchemaPtr& schema) {
+    const nuo::string baseId = schema->BaseId();
+    if (baseId.empty()) return nullptr;
+    if (KRVTSchemaDefinition* base = FindBase(baseId)) {
+        Finish(*schema, *base);
+        FinishWaiting(schema->Id());
+    } else {
+        Wait(schema, baseId);
+    }
+    return schema.get();
+}
+
+KRVTSchemaDefinition* SchemaManager::RegisterRoot(const SchemaPtr& schema) {
+    CompleteRoot(*schema);
+    if (scope_ == SchemaScope::kGlobal && !HasRequiredProperties(*schema)) return nullptr;
+    Enter(*schema);
+    FinishWaiting(schema->Id());
+    return schema.get();
+}
+
+KRVTSchemaDefinition* SchemaManager::FindBase(nuo::string_ref id) const {
+    if (KRVTSchemaDefinition* own = FindOwn(id)) return own;
+    return expected_.find(id) != expected_.end() ? nullptr : Find(id);
+}
+
+void SchemaManager::Wait(const SchemaPtr& schema, const nuo::string& base) {
+    pending_.emplace(schema->Id(), schema);
+    waiting_.emplace(base, schema.get());
+}
+
+void SchemaManager::Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {
+    schema.SetBase(&base);
+    InheritFrom(schema, base);
+    Enter(schema);
+}
+
+/** Finishes those that wait for the base, those that wait for these, and so on. */
+void SchemaManager::FinishWaiting(const nuo::string& base) {
+    std::vector<nuo::string> arrived(1, base);
+    while (!arrived.empty()) {
+        const nuo::string id = arrived.back();
+        arrived.pop_back();
+        KRVTSchemaDefinition* found = FindBase(id);
+        if (found == nullptr) continue;
+        const auto [first, last] = waiting_.equal_range(id);
+        const std::vector<std::pair<nuo::string, KRVTSchemaDefinition*>> ready(first, last);
+        waiting_.erase(first, last);
+        for (const auto& [name, schema] : ready) {
+            Finish(*schema, *found);
+            arrived.push_back(schema->Id());
+            pending_.erase(schema->Id());
+        }
+    }
+}
+
+}  // namespace korvanet::platform::assets
