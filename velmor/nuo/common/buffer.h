@@ -49,16 +49,11 @@ public:
     /// Inserts `count` zero bytes.
     T* insert_gap(const T* position, std::uint64_t count) {
         if (count == 0) return const_cast<T*>(position);
-        T* gap = open(position, count);
-        std::memset(gap, 0, count);
-        return gap;
+        const auto offset = static_cast<std::uint64_t>(position - begin());
+        return reinterpret_cast<T*>(store_.open_zero_gap(offset, count));
     }
     /// New bytes are zero.
-    void resize(std::uint64_t size) {
-        store_.make_room(size);
-        if (size > store_.size) std::memset(store_.data + store_.size, 0, size - store_.size);
-        store_.size = size;
-    }
+    void resize(std::uint64_t size) { store_.resize(size); }
     void reserve(std::uint64_t capacity) { store_.make_room(capacity); }
     /// Keeps the array.
     void clear() noexcept { store_.size = 0; }

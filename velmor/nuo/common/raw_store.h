@@ -20,6 +20,10 @@ public:
 
     /// Opens a gap of `count` unset bytes at `offset` and returns its address.
     byte* open_gap(std::uint64_t offset, std::uint64_t count);
+    /// Opens a gap of zeros.
+    byte* open_zero_gap(std::uint64_t offset, std::uint64_t count);
+    /// Bytes behind the old size are zero.
+    void resize(std::uint64_t new_size);
     /// Makes room for `wanted` bytes, if they do not fit, by doubling or half as much again; the
     /// size in use stays.
     void make_room(std::uint64_t wanted);

@@ -38,9 +38,7 @@ public:
         : heap_(&from), block_(make_block(from, text, string_ref())) {}
     basic_string(const string_builder& text, heap& from = get_heap())
         : basic_string(string_ref(text), from) {}
-    basic_string(const char* first, const char* last, heap& from = get_heap())
-        : basic_string(string_ref(first, last), from) {}
-    /// `head` and `tail` joined, in one allocation.
+    /// `head` and `tail` joined, in one allocation. A pair of pointers is a `string_ref`.
     basic_string(string_ref head, string_ref tail, heap& from = get_heap())
         : heap_(&from), block_(make_block(from, head, tail)) {}
     basic_string(const basic_string& other) noexcept : heap_(other.heap_), block_(other.block_) {
@@ -119,6 +117,7 @@ private:
 
     static char* text_of(block* b) noexcept { return reinterpret_cast<char*>(b + 1); }
     static block* allocate_block(heap& from, std::uint64_t size);
+    static block* allocate_zero_block(heap& from, std::uint64_t size);
     static void free_block(heap& from, block* b) noexcept;
     static void finish_block(block* b) noexcept;
     static block* make_block(heap& from, string_ref head, string_ref tail);
@@ -139,8 +138,7 @@ template <class Fill>
 string string::filled(std::uint64_t size, Fill&& fill, heap& from) {
     string result(from);
     if (size == 0) return result;
-    block* made = allocate_block(from, size);
-    std::memset(text_of(made), 0, size);
+    block* made = allocate_zero_block(from, size);
     try {
         fill(text_of(made));
     } catch (...) {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 namespace nuo {
 
@@ -17,11 +17,14 @@ public:
     constexpr string_ref() noexcept = default;
     /// A null `text` is the empty view.
     constexpr string_ref(const char* text) noexcept
-        : data_(text != nullptr ? text : ""), size_(traits::length(data_)) {}
+        : data_(text != nullptr ? text : ""), size_(std::char_traits<char>::length(data_)) {}
     constexpr string_ref(const char* data, std::uint64_t size) noexcept
         : data_(data), size_(size) {}
     constexpr string_ref(const char* first, const char* last) noexcept
         : data_(first), size_(static_cast<std::uint64_t>(last - first)) {}
+
+    constexpr string_ref(std::string_view text) noexcept
+        : data_(text.data() != nullptr ? text.data() : ""), size_(text.size()) {}
 
     constexpr const char* data() const noexcept { return data_; }
     constexpr std::uint64_t size() const noexcept { return size_; }
@@ -32,6 +35,8 @@ public:
     constexpr char front() const noexcept { return data_[0]; }
     constexpr char back() const noexcept { return data_[size_ - 1]; }
 
+    constexpr std::string_view view() const noexcept { return {data_, size_}; }
+
     /// `from` may lie behind the end: the result is then empty.
     constexpr string_ref substr(std::uint64_t from, std::uint64_t count = npos) const noexcept {
         if (from > size_) from = size_;
@@ -39,30 +44,22 @@ public:
         return {data_ + from, count};
     }
     constexpr bool starts_with(string_ref text) const noexcept {
-        return substr(0, text.size_) == text;
+        return view().starts_with(text.view());
     }
     constexpr bool ends_with(string_ref text) const noexcept {
-        return text.size_ <= size_ && substr(size_ - text.size_) == text;
+        return view().ends_with(text.view());
     }
     /// The position of the first or last occurrence, or `npos`.
     constexpr std::uint64_t find(char c, std::uint64_t from = 0) const noexcept {
-        const string_ref part = substr(from);
-        const char* found = traits::find(part.data_, part.size_, c);
-        return found != nullptr ? static_cast<std::uint64_t>(found - data_) : npos;
+        return view().find(c, from);
     }
     constexpr std::uint64_t find(string_ref text, std::uint64_t from = 0) const noexcept {
-        for (std::uint64_t at = from; at <= size_ && text.size_ <= size_ - at; ++at)
-            if (substr(at, text.size_) == text) return at;
-        return npos;
+        return view().find(text.view(), from);
     }
-    constexpr std::uint64_t rfind(char c) const noexcept {
-        for (std::uint64_t at = size_; at > 0; --at)
-            if (data_[at - 1] == c) return at - 1;
-        return npos;
-    }
+    constexpr std::uint64_t rfind(char c) const noexcept { return view().rfind(c); }
 
     friend constexpr bool operator==(string_ref a, string_ref b) noexcept {
-        return a.size_ == b.size_ && traits::compare(a.data_, b.data_, a.size_) == 0;
+        return a.view() == b.view();
     }
     friend bool operator<(string_ref a, string_ref b) noexcept { return a.compare(b) < 0; }
 
@@ -70,8 +67,6 @@ public:
     int compare(string_ref other) const noexcept;
 
 private:
-    using traits = std::char_traits<char>;
-
     const char* data_ = "";
     std::uint64_t size_ = 0;
 };

@@ -54,6 +54,18 @@ byte* raw_store::open_gap(std::uint64_t offset, std::uint64_t count) {
     return data + offset;
 }
 
+byte* raw_store::open_zero_gap(std::uint64_t offset, std::uint64_t count) {
+    byte* gap = open_gap(offset, count);
+    std::memset(gap, 0, count);
+    return gap;
+}
+
+void raw_store::resize(std::uint64_t new_size) {
+    make_room(new_size);
+    if (new_size > size) std::memset(data + size, 0, new_size - size);
+    size = new_size;
+}
+
 void raw_store::make_room(std::uint64_t wanted) {
     if (wanted <= capacity) return;
     const std::uint64_t grown = grown_capacity(capacity, wanted);

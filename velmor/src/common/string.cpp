@@ -1,6 +1,7 @@
 #include "nuo/common/string.h"
 
 #include <bit>
+#include <limits>
 #include <new>
 
 namespace nuo {
@@ -48,9 +49,15 @@ int string_ref::compare(string_ref other) const noexcept {
 }
 
 string::block* string::allocate_block(heap& from, std::uint64_t size) {
-    if (size > ~std::uint64_t{0} - block_overhead) throw std::bad_alloc();
+    if (size > std::numeric_limits<std::int64_t>::max()) throw std::bad_alloc();
     void* memory = from.malloc(size + block_overhead, block_alignment, nullptr);
     return new (memory) block{1, hash_seed, size};
+}
+
+string::block* string::allocate_zero_block(heap& from, std::uint64_t size) {
+    block* made = allocate_block(from, size);
+    std::memset(text_of(made), 0, size);
+    return made;
 }
 
 void string::free_block(heap& from, block* b) noexcept {
