@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "assets/manager/base/report.h"
+#include "assets/manager/base/text.h"
 #include "assets/property/modulecontext.h"
-#include "assets/property/propertytext.h"
+#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 
@@ -11,16 +13,16 @@ KRVTChoice::KRVTChoice(nuo::string label, std::int32_t value, nuo::string id)
     : id_(std::move(id)), label_(std::move(label)), value_(value) {}
 
 void KRVTChoice::GetId(IString& id) const {
-    AssignText(id, id_);
+    Assign(id, id_);
 }
 
 void KRVTChoice::GetLabel(IString& label, const wchar_t* locale) const {
     if (list_ == nullptr) {
-        AssignText(label, label_);
+        Assign(label, label_);
         return;
     }
     const nuo::string key(nuo::string(list_->Name(), ":"), id_);
-    AssignText(label, Localize(list_->Context(), key, WideKey(locale), label_));
+    Assign(label, Localize(list_->Context(), key, WideKey(locale), label_));
 }
 
 bool KRVTChoice::IsEqual(const IChoice* other) const {
@@ -39,7 +41,7 @@ KRVTChoiceList::~KRVTChoiceList() {
 
 IChoice* KRVTChoiceList::GetChoice(std::uint64_t index) const {
     if (index >= choices_.size()) {
-        ReportError("Invalid index");
+        HalvernError("Invalid index").Deliver();
         return nullptr;
     }
     return choices_[index].get();

@@ -13,6 +13,7 @@
 #include "assets/property/stringvalues.h"
 #include "assets/property/urivalues.h"
 #include "velmor/primitive_methods.h"
+#include "velmor/start_runtime.h"
 #include "velmor/type_builder.h"
 
 namespace korvanet::platform::assets {
@@ -97,16 +98,6 @@ velmor::Type MakeNative(velmor::Namespace owner, const char* name,
     return builder.adoptBy(owner);
 }
 
-velmor::Type MakeArray(velmor::Namespace owner, velmor::Type element) {
-    velmor::TypeBuilder builder;
-    builder.begin()
-        .setName(nuo::string(element.name(), "_array"))
-        .setModel(owner.locateType(".sys.array"))
-        .setArg("value_type", element.fullName(), element)
-        .endBuild();
-    return builder.adoptBy(owner);
-}
-
 velmor::Type MakeValue(velmor::Namespace owner, const char* name, velmor::Type operation,
                        velmor::Type link, velmor::Type data) {
     velmor::TypeBuilder builder;
@@ -156,7 +147,7 @@ private:
         for (const PlainRow& row : kPlainRows) {
             types_.types_[row.position] = MakeNative(types, row.name, row.methods());
         }
-        const velmor::Type link = MakeArray(types, types_.Connection());
+        const velmor::Type link = velmor::makeArrayType(types, types_.Connection());
         BuildRunArrays();
         for (std::size_t i = 0; i < kValueRows.size(); ++i) {
             const ValueRow& row = kValueRows[i];
@@ -174,8 +165,8 @@ private:
         const velmor::Namespace arrays = root_.createChild(kArraysName, '.');
         for (const char* element : kRunArrayElements) {
             const velmor::Type type = root_.locateType(element);
-            if (type.valid() && !arrays.findType(nuo::string(element, "_array")).valid()) {
-                MakeArray(arrays, type);
+            if (type.valid()) {
+                velmor::makeArrayType(arrays, type);
             }
         }
     }

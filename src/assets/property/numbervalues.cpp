@@ -1,5 +1,6 @@
 #include "assets/property/numbervalues.h"
 
+#include "assets/manager/base/report.h"
 #include "assets/property/units.h"
 
 namespace korvanet::platform::assets {
@@ -10,7 +11,7 @@ std::uint32_t GeneralUnitsValue::GetUnits() const {
 
 bool GeneralUnitsValue::SetUnits(std::uint32_t units) {
     if (Descriptor().Has(PropertyFlags::kUnits) && !IsLengthUnit(units)) {
-        ReportError("Unsupported unit type");
+        HalvernError("Unsupported unit type").Deliver();
         return false;
     }
     Data<velmor::UnitsValue>().unit = units;

@@ -1,12 +1,14 @@
 #include "assets/property/property.h"
 
+#include "assets/manager/base/report.h"
+#include "assets/manager/base/text.h"
 #include "assets/property/modulecontext.h"
-#include "assets/property/propertytext.h"
+#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 
 void PropertyBase::GetName(IString& name) const {
-    AssignText(name, descriptor_->name);
+    Assign(name, descriptor_->name);
 }
 
 bool PropertyBase::SetMarked(bool marked) {
@@ -27,17 +29,17 @@ bool PropertyBase::GetLocalizedLabel(IString& label, const wchar_t* locale) cons
         return false;
     }
     const nuo::string key(descriptor_->name, ":uilabel");
-    AssignText(label, Localize(descriptor_->context, key, WideKey(locale), descriptor_->label));
+    Assign(label, Localize(descriptor_->context, key, WideKey(locale), descriptor_->label));
     return true;
 }
 
 bool PropertyBase::RefuseIndex() {
-    ReportError("Invalid dimension");
+    HalvernError("Invalid dimension").Deliver();
     return false;
 }
 
 bool PropertyBase::RefuseValue() {
-    ReportError("Value out of range");
+    HalvernError("Value out of range").Deliver();
     return false;
 }
 

@@ -1,10 +1,11 @@
 #include <korvanet/platform/assets/iassetinstance.h>
 
+#include "assets/manager/base/report.h"
 #include "assets/property/connection.h"
 #include "assets/property/modulecontext.h"
 #include "assets/property/property.h"
 #include "assets/property/propertytable.h"
-#include "assets/property/propertytext.h"
+#include "assets/property/widekey.h"
 #include "velmor/runtime.h"
 
 namespace korvanet::platform::assets {
@@ -100,7 +101,7 @@ bool PropertyBase::ConnectAsset(IAssetInstance* asset) {
     }
     if (Owns(*table, *this)) {
         // The article is wrong on purpose: hosts know the message in this form.
-        ReportError("Cannot set a instance to its own property.");
+        HalvernError("Cannot set a instance to its own property.").Deliver();
         return false;
     }
     const std::uint64_t replaced = FindConnection(AssetTypeOf(*table));

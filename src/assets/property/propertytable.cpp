@@ -4,8 +4,9 @@
 
 #include "assets/property/halvernasset.h"
 #include "assets/property/modulecontext.h"
+#include "assets/property/propertyaccess.h"
 #include "assets/property/propertytableface.h"
-#include "assets/property/propertytext.h"
+#include "assets/property/widekey.h"
 #include "velmor/array.h"
 #include "velmor/runtime.h"
 
@@ -57,19 +58,10 @@ std::uint64_t PropertyTableImp::GetArraySize(nuo::string_ref name) const {
     return elements == nullptr ? 0 : elements->size();
 }
 
-nuo::string PropertyTableImp::GetText(std::size_t group, nuo::string_ref name) const {
-    PropertyBase* found = FindInGroup(group, name);
-    if (found == nullptr) {
-        return {};
-    }
-    velmor::Object data = found->DataObject();
-    if (const auto* elements = velmor::bindOrNull<velmor::Array>(data)) {
-        if (elements->empty()) {
-            return {};
-        }
-        data = elements->front();
-    }
-    const auto* text = velmor::bindOrNull<nuo::string>(data);
+nuo::string PropertyTableImp::GetText(std::size_t group, nuo::string_ref name,
+                                      std::uint64_t index) const {
+    const PropertyBase* found = FindInGroup(group, name);
+    const auto* text = found == nullptr ? nullptr : ElementOf<nuo::string>(*found, index);
     return text == nullptr ? nuo::string() : *text;
 }
 

@@ -69,11 +69,10 @@ public:
     }
     // The same as a reflected object; invalid when there is none.
     velmor::Object GetObject(std::size_t group, nuo::string_ref name) const;
-    // Elements of the value of that name; 0 when there is none.
+    // Elements of the list of that name; 0 when there is none.
     std::uint64_t GetArraySize(nuo::string_ref name) const;
-    // The text of a string property of one group; empty when there is none or it is of another
-    // kind. Of a list it is the first element.
-    nuo::string GetText(std::size_t group, nuo::string_ref name) const;
+    // The text at `index` of a property of one group; empty when there is none.
+    nuo::string GetText(std::size_t group, nuo::string_ref name, std::uint64_t index = 0) const;
     // Takes the property over, into the group that its flags tell; one of the same name in that
     // group is destroyed.
     void AddProperty(OwnedProperty property);

@@ -1,7 +1,8 @@
 #include "assets/property/stringvalues.h"
 
+#include "assets/manager/base/text.h"
 #include "assets/property/modulecontext.h"
-#include "assets/property/propertytext.h"
+#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 
@@ -14,7 +15,7 @@ bool StringAccess::Store(nuo::string& place, const wchar_t* text) {
 }
 
 bool StringAccess::Load(const nuo::string& place, IString& text) {
-    AssignText(text, place);
+    Assign(text, place);
     return true;
 }
 
@@ -23,9 +24,9 @@ bool StringAccess::LoadLocalized(const PropertyDescriptor& descriptor, const nuo
     if (locale == nullptr) {
         return false;
     }
-    AssignText(text, descriptor.Has(PropertyFlags::kLocal)
-                         ? Localize(descriptor.context, place, WideKey(locale), place)
-                         : place);
+    Assign(text, descriptor.Has(PropertyFlags::kLocal)
+                     ? Localize(descriptor.context, place, WideKey(locale), place)
+                     : place);
     return true;
 }
 

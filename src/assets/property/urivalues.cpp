@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "assets/manager/base/text.h"
 #include "assets/property/itextureroots.h"
 #include "assets/property/modulecontext.h"
-#include "assets/property/propertytext.h"
 
 namespace korvanet::platform::assets {
 
@@ -113,7 +113,7 @@ bool TextureURIValue::GetBaseUri(IString& uri) const {
     if (!IsResolutionSet() || GetDimension() == 0) {
         return false;
     }
-    AssignText(uri, Place(0));
+    Assign(uri, Place(0));
     return true;
 }
 

@@ -4,17 +4,9 @@
 #include <cstddef>
 #include <memory>
 
-#include <korvanet/platform/core/istring.h>
-
-#include "nuo/common/string.h"
+#include "nuo/common/string_ref.h"
 
 namespace korvanet::platform::assets {
-
-// Writes UTF-8 text to a string of the host. Short texts cost no allocation of ours.
-void AssignText(core::IString& target, nuo::string_ref text);
-
-// The UTF-8 form of a wide text that is not null.
-nuo::string FromWide(const wchar_t* text);
 
 // The UTF-8 form of a wide text for the length of a lookup; short texts stay on the stack. A null
 // text is empty.
