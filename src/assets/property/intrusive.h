@@ -31,7 +31,7 @@ public:
     }
 
 protected:
-    virtual void Expire() { delete this; }
+    virtual void Expire();
 
 private:
     mutable std::uint64_t count_ = 0;
