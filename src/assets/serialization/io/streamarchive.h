@@ -115,9 +115,8 @@ struct OwnedStream {
 template <class Archive, class Stream>
 class OwnStreamArchive : private detail::OwnedStream<Stream>, public Archive {
 public:
-    explicit OwnStreamArchive(std::unique_ptr<Stream> stream)
-        : detail::OwnedStream<Stream>{std::move(stream)},
-          Archive(*this->detail::OwnedStream<Stream>::stream) {}
+    explicit OwnStreamArchive(std::unique_ptr<Stream> owned)
+        : detail::OwnedStream<Stream>{std::move(owned)}, Archive(*this->stream) {}
 };
 
 using OwnReadStreamArchive = OwnStreamArchive<ReadStreamArchive, core::IDataReadStream>;
