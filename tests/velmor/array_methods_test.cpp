@@ -224,5 +224,27 @@ TEST_F(ArrayMethodsTest, AnArrayInARecordIsReadInItsPlace) {
     EXPECT_EQ(formOf(object), bytes);
 }
 
+TEST_F(ArrayMethodsTest, TheExampleOfTheFormatPageReadsBack) {
+    TypeBuilder builder;
+    const Type record = builder.begin()
+                            .setName("example")
+                            .addMember("flag", "bool", type("bool"))
+                            .addMember("list", "short_array", makeArrayType(root, type("short")))
+                            .addMember("length", "units_value", type("units_value"))
+                            .endBuild()
+                            .adoptBy(root);
+    object = creator.create(record);
+    const Bytes bytes{1, 2, 0, 0, 0, 1, 0, 255, 255, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 64};
+    EXPECT_EQ(readForm(object, bytes), bytes.size());
+    EXPECT_TRUE(*bind<bool>(object.member("flag").asObject()));
+    const Array& list = *bind<Array>(object.member("list").asObject());
+    EXPECT_EQ(*bind<std::int16_t>(list[0]), 1);
+    EXPECT_EQ(*bind<std::int16_t>(list[1]), -1);
+    const UnitsValue& length = *bind<UnitsValue>(object.member("length").asObject());
+    EXPECT_EQ(length.unit, 7u);
+    EXPECT_EQ(length.value, 2.0);
+    EXPECT_EQ(formOf(object), bytes);
+}
+
 }  // namespace
 }  // namespace velmor

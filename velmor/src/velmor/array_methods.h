@@ -8,6 +8,8 @@ namespace velmor {
 /// The methods behind the generic `array` and its instances.
 ///
 ///     array = count:uint32 element{count}      each element in the form of the element type
+///
+/// Told in docs/formats/reflective_values.md.
 template <>
 class PrimitiveMethods<Array> : public TypeMethods {
 public:

@@ -1,6 +1,6 @@
-#include <utility>
-
 #include "velmor/namespace.h"
+
+#include <utility>
 
 namespace velmor {
 namespace {

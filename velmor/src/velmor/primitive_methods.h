@@ -14,12 +14,14 @@
 
 namespace velmor {
 
-/// The stored form of the native class `T`. A class without a specialization stores nothing, as
-/// `Type` does, unless methods derived from `PrimitiveMethods<T>` store it.
-///
-///     number, bool, string, byte_buffer   as told in nuo/common/archive
-///     matrix44, color3, color4, vector3, vector4   = double...
-///     units_value   = unit:uint32 value:double
+// number | bool | string | byte_buffer             as told in nuo/common/archive
+// matrix44 | color3 | color4 | vector3 | vector4   = double...
+// units_value                                      = unit:uint32 value:double
+// type                                             = nothing
+// All are told in docs/formats/reflective_values.md.
+
+/// The stored form of the native class `T`. A class without a specialization stores nothing, unless
+/// methods derived from `PrimitiveMethods<T>` store it.
 template <class T>
 struct ValueForm {
     static void read(nuo::archive::reader&, T&) {}

@@ -1,6 +1,7 @@
 #include "velmor/type_methods.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "velmor/object.h"
@@ -9,9 +10,12 @@
 namespace velmor {
 namespace {
 
-template <class Data>
-ObjectT<Data> part(ObjectT<Data> whole, const TypeItem& item) {
-    return SubObjectT<Data>(whole.type(), whole.data(), item.index()).asObject();
+Object part(Object whole, const TypeItem& item) {
+    return Object(item.type(), static_cast<std::byte*>(whole.data()) + item.offset());
+}
+
+ConstObject part(ConstObject whole, const TypeItem& item) {
+    return ConstObject(item.type(), static_cast<const std::byte*>(whole.data()) + item.offset());
 }
 
 /// Ends the first `count` items, the last first.

@@ -20,7 +20,9 @@ struct ExtendMethods {
 /// The operations behind a type. This class itself treats a value as a record of its items, bases
 /// first, and serves every type that has no native class; `PrimitiveMethods` binds a native class.
 ///
-/// A stored record is the concatenation of the stored items: no tag, no length, no padding.
+///     record = item...                         no tag, no length, no padding
+///
+/// Told in docs/formats/reflective_values.md.
 ///
 /// Method objects are statics that are never freed; types only point to them.
 class TypeMethods {
