@@ -1,0 +1,141 @@
+#include "velmor/vfs/vfs_functions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "nuo/common/file_archive.h"
+#include "nuo/common/multiplex.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "vfs/support.h"
+
+namespace {
+
+using namespace vfs_tests;
+
+// A file system whose archives take no more than `room` bytes in all, or tell a size of their own.
+class LimitedFs : public fs::InMemory {
+public:
+    explicit LimitedFs(std::uint64_t room) : InMemory("limited"), room_(room) {}
+
+    nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override;
+
+private:
+    class Writer : public nuo::archive::multiplex_owner<nuo::archive::multiplex_write_archive> {
+    public:
+        Writer(std::shared_ptr<nuo::archive::iarchive> file, std::uint64_t& room)
+            : multiplex_owner(std::move(file)), room_(room) {}
+        const nuo::byte* write(nuo::archive::const_byte_range range) override {
+            if (range.size() > room_) NUO_RAISE(nuo::archive::archive_append_failed);
+            room_ -= range.size();
+            return multiplex_owner::write(range);
+        }
+
+    private:
+        std::uint64_t& room_;
+    };
+
+    std::uint64_t room_;
+};
+
+nuo::archive::archive_ptr LimitedFs::create(nuo::string_ref path, unsigned mode, unsigned flag) {
+    auto file = InMemory::create(path, mode, flag);
+    if (file == nullptr || (mode & fs::mode_write) == 0) return file;
+    return nuo::archive::make_archive<Writer>(
+        std::shared_ptr<nuo::archive::iarchive>(std::move(file)), room_);
+}
+
+// A file system whose files claim to be one byte longer than they are.
+class BoastingFs : public fs::InMemory {
+public:
+    BoastingFs() : InMemory("boasting") {}
+
+    nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override {
+        auto file = InMemory::create(path, mode, flag);
+        if (file == nullptr) return file;
+        return nuo::archive::make_archive<Reader>(
+            std::shared_ptr<nuo::archive::iarchive>(std::move(file)));
+    }
+
+private:
+    class Reader : public nuo::archive::multiplex_owner<nuo::archive::multiplex_read_archive> {
+    public:
+        using multiplex_owner::multiplex_owner;
+        std::uint64_t size() override { return multiplex_owner::size() + 1; }
+    };
+};
+
+TEST(NormalizePathTest, DropsEmptyPartsAndKeepsALeadingSlash) {
+    EXPECT_EQ(Text(fs::normalizePath("a//b/")), "a/b");
+    EXPECT_EQ(Text(fs::normalizePath("/a//b/")), "/a/b");
+    EXPECT_EQ(Text(fs::normalizePath("a/b")), "a/b");
+    EXPECT_EQ(Text(fs::normalizePath("///a")), "/a");
+    EXPECT_EQ(Text(fs::normalizePath("/")), "/");
+    EXPECT_EQ(Text(fs::normalizePath("//")), "/");
+    EXPECT_EQ(Text(fs::normalizePath("")), "");
+}
+
+TEST(JoinPathTest, PutsExactlyOneSlashBetween) {
+    EXPECT_EQ(Text(fs::joinPath("a", "b")), "a/b");
+    EXPECT_EQ(Text(fs::joinPath("a/", "/b")), "a/b");
+    EXPECT_EQ(Text(fs::joinPath("a//", "//b")), "a/b");
+    EXPECT_EQ(Text(fs::joinPath("/", "b")), "/b");
+    EXPECT_EQ(Text(fs::joinPath("", "b")), "b");
+    EXPECT_EQ(Text(fs::joinPath("a", "")), "a");
+    EXPECT_EQ(Text(fs::joinPath("/", "/")), "/");
+    EXPECT_EQ(Text(fs::joinPath("", "")), "");
+}
+
+TEST(FolderOfTest, CutsTheLastComponent) {
+    EXPECT_EQ(Text(fs::folderOf("a/b/c")), "a/b");
+    EXPECT_EQ(Text(fs::folderOf("a/b//")), "a");
+    EXPECT_EQ(Text(fs::folderOf("a//b")), "a");
+    EXPECT_EQ(Text(fs::folderOf("a")), "");
+    EXPECT_EQ(Text(fs::folderOf("/a")), "/");
+    EXPECT_EQ(Text(fs::folderOf("/")), "/");
+    EXPECT_EQ(Text(fs::folderOf("")), "");
+}
+
+TEST(CopyFileTest, AFullTargetIsADataError) {
+    fs::InMemory source("source");
+    WriteFile(source, "a", std::string(200000, 'x'));
+    LimitedFs target(100000);
+    EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);
+}
+
+TEST(CopyFileTest, FewerBytesThanTheSourceTellsIsADataError) {
+    BoastingFs source;
+    fs::InMemory target("target");
+    ASSERT_NE(source.InMemory::create("a", fs::mode_write, fs::create_new), nullptr);
+    EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);
+}
+
+TEST(CopyFileTest, CopiesBetweenFileSystems) {
+    fs::InMemory source("source");
+    fs::InMemory target("target");
+    const std::string content(150000, 'y');
+    WriteFile(source, "a", content);
+    EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_ok);
+    EXPECT_TRUE(ReadFile(target, "b") == content);
+}
+
+TEST(RecursiveRemoveTest, StopsAtTheFirstFailure) {
+    class Stubborn : public fs::InMemory {
+    public:
+        Stubborn() : InMemory("stubborn") {}
+        fs::fs_error remove(nuo::string_ref path) override {
+            return path == "a/b" ? fs::er_data_error : InMemory::remove(path);
+        }
+    } files;
+    ASSERT_EQ(fs::recursiveCreateDir(files, "a"), fs::er_ok);
+    for (const char* name : {"a/a", "a/b", "a/c"})
+        WriteFile(files, name, "");
+    EXPECT_EQ(fs::recursiveRemove(files, "a"), fs::er_data_error);
+    EXPECT_THAT(Names(files, "a"), testing::ElementsAre("b", "c"));
+}
+
+TEST(RecursiveCreateDirTest, TellsWhyADirectoryCouldNotBeMade) {
+    fs::InMemory files("read only", true);
+    EXPECT_EQ(fs::recursiveCreateDir(files, "a/b"), fs::er_permission_denied);
+}
+
+}  // namespace
