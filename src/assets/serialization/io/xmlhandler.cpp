@@ -102,7 +102,8 @@ private:
 
     void Text(const XML_Char* text, int length) {
         Deliver([&] {
-            driver_.callback->OnXml(driver_, empty_, nuo::string(text, text + length),
+            driver_.callback->OnXml(driver_, empty_,
+                                    nuo::string(nuo::string_ref(text, text + length)),
                                     no_attributes_, true);
         });
     }
