@@ -1,0 +1,87 @@
+#include "assets/asset/assetcompare.h"
+
+#include <algorithm>
+
+#include "assets/asset/assetmeta.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+/** Values that tell one copy of an asset from another, and not what it looks like. */
+constexpr nuo::string_ref kIgnoredNames[] = {asset_meta::kVersionGuid, asset_meta::kAssetLibId,
+                                             asset_meta::kThumbnail,   asset_meta::kBaseSchema,
+                                             asset_meta::kVersion,     asset_meta::kRevision};
+
+bool IsIgnored(const nuo::string& name) {
+    return std::any_of(std::begin(kIgnoredNames), std::end(kIgnoredNames),
+                       [&](nuo::string_ref ignored) { return name == ignored; });
+}
+
+nuo::string AssetType(const PropertyTableImp& table) {
+    return table.GetText(PropertyTableImp::kReadOnlyGroup, asset_meta::kAssetType);
+}
+
+}  // namespace
+
+bool AssetComparison::AreEqual(const PropertyTableImp& a, const PropertyTableImp& b) {
+    const Pair pair(&a, &b);
+    if (&a == &b || equal_.contains(pair)) return true;
+    if (depth_ > PropertyTableImp::kMaxConnectionDepth || different_.contains(pair)) return false;
+    equal_.insert(pair);
+    ++depth_;
+    const bool same = SameGroups(a, b);
+    --depth_;
+    if (!same) {
+        equal_.erase(pair);
+        different_.insert(pair);
+    }
+    return same;
+}
+
+bool AssetComparison::SameGroups(const PropertyTableImp& a, const PropertyTableImp& b) {
+    constexpr std::size_t kReadWrite = PropertyTableImp::kReadWriteGroup;
+    constexpr std::size_t kIteration = PropertyTableImp::kIterationGroup;
+    return a.Base() == b.Base() && SameGroup(a.Group(kReadWrite), b.Group(kReadWrite)) &&
+           SameGroup(a.Group(kIteration), b.Group(kIteration));
+}
+
+bool AssetComparison::SameGroup(const PropertyGroup& a, const PropertyGroup& b) {
+    if (a.Size() != b.Size()) return false;
+    auto other = b.begin();
+    for (const PropertyGroup::Entry& entry : a) {
+        if (!SameProperty(entry.Property(), other->Property())) return false;
+        ++other;
+    }
+    return true;
+}
+
+bool AssetComparison::SameProperty(const PropertyBase& a, const PropertyBase& b) {
+    if (a.GetFlags() != b.GetFlags()) return false;
+    if (public_only_ && !a.Descriptor().Has(PropertyFlags::kPublic)) return true;
+    if (!(a.Name() == b.Name())) return false;
+    if (!IsIgnored(a.Name()) && !a.IsEqual(static_cast<const IProperty*>(&b))) return false;
+    return !deep_ || SameConnections(a, b);
+}
+
+bool AssetComparison::SameConnections(const PropertyBase& a, const PropertyBase& b) {
+    const std::uint64_t count = a.GetConnectedAssetCount();
+    if (count != b.GetConnectedAssetCount()) return false;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const PropertyTableImp* connected = a.ConnectedTable(i);
+        if (connected == nullptr || !HasTwin(*connected, b)) return false;
+    }
+    return true;
+}
+
+bool AssetComparison::HasTwin(const PropertyTableImp& connected, const PropertyBase& others) {
+    const nuo::string type = AssetType(connected);
+    for (std::uint64_t i = 0; i < others.GetConnectedAssetCount(); ++i) {
+        const PropertyTableImp* other = others.ConnectedTable(i);
+        if (other != nullptr && AssetType(*other) == type && AreEqual(connected, *other)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,128 @@
+// The operations of an instance that set meta values, and the binding of its implementations.
+
+#include <korvanet/platform/core/utf8string.h>
+
+#include "assets/asset/assetinstance.h"
+#include "assets/asset/implementationparser.h"
+#include "assets/asset/iurilocator.h"
+#include "assets/manager/base/guarded.h"
+#include "assets/manager/base/report.h"
+
+namespace korvanet::platform::assets {
+
+bool AssetInstance::SetUIName(const IString& name) {
+    if (name.IsEmpty()) {
+        HalvernError("Can't set UI Name, the Name's empty").Deliver();
+        return false;
+    }
+    return SetText(kIterationGroup, asset_meta::kUiName, ToUtf8(name));
+}
+
+bool AssetInstance::RemoveThumbnail(std::uint64_t index) {
+    return RemoveText(asset_meta::kThumbnail, index, GetThumbnailCount());
+}
+
+bool AssetInstance::SetThumbnail(const IString& name, const IString& uri) {
+    if (!(ToUtf8(name) == asset_meta::kThumbnail)) return false;
+    if (asset_meta::TextCount(*this, kIterationGroup, asset_meta::kThumbnail) == 0) {
+        return AppendText(asset_meta::kThumbnail, ToUtf8(uri));
+    }
+    return SetText(kIterationGroup, asset_meta::kThumbnail, ToUtf8(uri));
+}
+
+bool AssetInstance::RemoveKeyword(std::uint64_t index) {
+    return RemoveText(asset_meta::kKeyword, index, GetKeywordCount());
+}
+
+bool AssetInstance::AddKeyword(const IString& keyword) {
+    if (keyword.IsEmpty()) {
+        // Misspelt on purpose: hosts know the message in this form.
+        HalvernError("Can't add localized keyword, the keword is empty.").Deliver();
+        return false;
+    }
+    return AppendText(asset_meta::kKeyword, ToUtf8(keyword));
+}
+
+bool AssetInstance::RemoveCategory(std::uint64_t index) {
+    return RemoveText(asset_meta::kCategory, index, GetCategoryCount());
+}
+
+bool AssetInstance::AddCategory(const IString& category) {
+    if (category.IsEmpty()) {
+        HalvernError("Can't add localized category, the category is empty.").Deliver();
+        return false;
+    }
+    return AppendText(asset_meta::kCategory, ToUtf8(category));
+}
+
+bool AssetInstance::SetDescription(const IString& description) {
+    return SetText(kIterationGroup, asset_meta::kDescription, ToUtf8(description));
+}
+
+bool AssetInstance::SetSwatch(const IString& swatch) {
+    return SetText(kReadWriteGroup, asset_meta::kSwatch, ToUtf8(swatch));
+}
+
+bool AssetInstance::SetVersionGUID(const IString& guid) {
+    return !guid.IsEmpty() && SetText(kIterationGroup, asset_meta::kVersionGuid, ToUtf8(guid));
+}
+
+bool AssetInstance::RenewVersionGUID() {
+    return SetText(kIterationGroup, asset_meta::kVersionGuid, MakeIdentifier());
+}
+
+bool AssetInstance::GetImplementationBinding(const IString& identifier, IString& value,
+                                             IString& tag) const {
+    return Guarded(false, [&] {
+        nuo::string uri;
+        nuo::string path;
+        ImplParserCallBack parser;
+        if (services_.files == nullptr || !FindImplementation(identifier, uri) ||
+            !services_.files->Locate(uri, path) || !parser.ReadFile(path)) {
+            return false;
+        }
+        Assign(value, parser.Value());
+        Assign(tag, parser.Tag());
+        return true;
+    });
+}
+
+bool AssetInstance::SetText(std::size_t group, nuo::string_ref name, const nuo::string& text) {
+    PropertyBase* property = FindInGroup(group, name);
+    if (property == nullptr || !SetTextAt(*property, 0, text)) return false;
+    AssetChanged();
+    return true;
+}
+
+bool AssetInstance::AppendText(nuo::string_ref name, const nuo::string& text) {
+    PropertyBase* property = FindInGroup(kIterationGroup, name);
+    velmor::Array* list = property != nullptr ? TextList(*property) : nullptr;
+    if (list == nullptr) return false;
+    list->push_back({list->type(), &text});
+    AssetChanged();
+    return true;
+}
+
+bool AssetInstance::RemoveText(nuo::string_ref name, std::uint64_t index, std::uint64_t count) {
+    if (!asset_meta::CheckIndex(index, count)) return false;
+    velmor::Array* list = TextList(*FindInGroup(kIterationGroup, name));
+    if (list == nullptr) return false;
+    list->erase((*list)[index]);
+    AssetChanged();
+    return true;
+}
+
+bool AssetInstance::FindImplementation(const IString& identifier, nuo::string& uri) const {
+    const nuo::string wanted = ToUtf8(identifier);
+    core::UTF8String text;
+    for (std::uint64_t i = 0, count = GetImplementationCount(); i < count; ++i) {
+        if (GetImplementationIdentifier(i, text) && wanted == text.AsUTF8()) {
+            if (!GetImplementationUri(i, text)) return false;
+            uri = ToUtf8(text);
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace korvanet::platform::assets
