@@ -1,0 +1,37 @@
+#pragma once
+
+#include "nuo/common/string.h"
+
+namespace korvanet::platform::assets {
+
+// A URI that begins so names a part of a package by its path; every other text names the outside
+// world.
+inline constexpr nuo::string_ref kResourcePrefix{"jpk:?asset=/"};
+
+bool IsResourceUri(nuo::string_ref uri);
+
+// The path inside the package. REQUIRES: IsResourceUri(uri).
+nuo::string_ref ResourcePath(nuo::string_ref uri);
+
+nuo::string MakeResourceUri(nuo::string_ref path);
+
+// What stands behind the last "/" or "\"; the whole text when it holds neither.
+nuo::string_ref FileLeaf(nuo::string_ref path);
+
+// The path of a "file:///" URI: "file:///C:/a" gives "C:/a", "file:///home/a" gives "/home/a". Any
+// other text as it is.
+nuo::string_ref WithoutFileScheme(nuo::string_ref text);
+
+// A text as one component of a path in a package and of a folder on disk: it can neither leave its
+// place nor break the manifests. "/" becomes "%2F", "\" "%5C", "<" "%3C", a double quote "%22"; "."
+// and ".." become "%2E" and "%2E%2E".
+nuo::string PathComponent(nuo::string_ref text);
+
+// A file name as a component, with "#" as "%23" and "&" as "%26" besides. Empty for "", "." and
+// "..", which name no file.
+nuo::string ResourceFileName(nuo::string_ref leaf);
+
+// "a.png" with 2 gives "a(2).png", "a" gives "a(2)".
+nuo::string NumberedFileName(nuo::string_ref leaf, int number);
+
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,29 @@
+#include "assets/library/tableofcontents.h"
+
+#include "nuo/common/archive/string.h"
+
+namespace korvanet::platform::assets {
+
+using nuo::archive::operator>>;
+using nuo::archive::operator<<;
+
+std::vector<TocEntry> ReadTableOfContents(nuo::archive::iarchive& file, StreamVersion version) {
+    nuo::archive::reader& in = *file.query_reader();
+    std::vector<TocEntry> entries;
+    while (in.readable()) {
+        TocEntry entry;
+        in >> entry.identifier >> entry.asset_type >> entry.definition_block >>
+            entry.instance_block;
+        if (version.minor >= 1) in >> entry.base_schema;
+        if (entry.definition_block == kNoBlock || entry.instance_block == kNoBlock) continue;
+        entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+void WriteTocEntry(nuo::archive::writer& out, const TocEntry& entry) {
+    out << entry.identifier << entry.asset_type << entry.definition_block << entry.instance_block
+        << entry.base_schema;
+}
+
+}  // namespace korvanet::platform::assets
