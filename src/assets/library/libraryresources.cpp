@@ -1,0 +1,174 @@
+#include "assets/library/libraryresources.h"
+
+#include "assets/library/bytecopy.h"
+#include "assets/library/resourceuri.h"
+#include "assets/package/jpkfs.h"
+#include "nuo/common/buffer_archive.h"
+#include "nuo/common/file_archive.h"
+#include "nuo/common/fsutility.h"
+#include "nuo/common/string_builder.h"
+#include "velmor/array.h"
+#include "velmor/object.h"
+#include "velmor/vfs/vfs_functions.h"
+
+namespace korvanet::platform::assets {
+
+namespace fs = velmor::fs;
+
+namespace {
+
+// Chosen by the layout: after so many names that are taken the file is refused.
+constexpr int kMaxNameTries = 100;
+
+nuo::archive::archive_ptr OpenFile(nuo::string_ref path) {
+    const auto status = nuo::fsutility::stat_file(path);
+    if (!status || !status->is_regular) return nullptr;
+    try {
+        return nuo::archive::make_archive<nuo::archive::file_read_archive>(path);
+    } catch (
+        const nuo::exception&) {  // tolerated because a file that cannot be read is as good as none
+        return nullptr;
+    }
+}
+
+bool IsRegularFile(nuo::string_ref path) {
+    const auto status = nuo::fsutility::stat_file(path);
+    return status && status->is_regular;
+}
+
+// The elements of a URI property: one text, or a list of them.
+template <class Visit>
+void ForEachText(PropertyBase& property, Visit&& visit) {
+    const velmor::Object data = property.DataObject();
+    if (auto* text = velmor::bindOrNull<nuo::string>(data)) {
+        visit(0, *text);
+        return;
+    }
+    auto* list = velmor::bindOrNull<velmor::Array>(data);
+    if (list == nullptr) return;
+    for (std::uint64_t index = 0; index < list->size(); ++index)
+        visit(index, *static_cast<nuo::string*>((*list)[index].data()));
+}
+
+}  // namespace
+
+LibraryResources::LibraryResources(fs::IVfs& package, ILibraryHost& host,
+                                   const nuo::string& identifier, const nuo::string& scratch_folder)
+    : package_(package), host_(host), identifier_(identifier), scratch_folder_(scratch_folder) {}
+
+nuo::string LibraryResources::FolderOf(nuo::string_ref definition, nuo::string_ref property,
+                                       std::uint64_t index) const {
+    nuo::string_builder path;
+    path.append(CommonFolder()).append('/').append(PathComponent(definition)).append('/');
+    path.append(PathComponent(property)).append('/').append_number(index);
+    return nuo::string(path);
+}
+
+nuo::string LibraryResources::CommonFolder() const {
+    return nuo::string(identifier_, "/Resources");
+}
+
+nuo::string LibraryResources::Add(nuo::string_ref source, nuo::string_ref type,
+                                  nuo::string_ref folder) {
+    if (type.empty()) {
+        const auto known = paths_.find(source);
+        if (known != paths_.end()) return known->second;
+    }
+    Source opened = OpenSource(source);
+    if (!opened.archive) return {};
+    const nuo::string name = ResourceFileName(FileLeaf(opened.name));
+    if (name.empty()) return {};
+    const nuo::string target = FreeTarget(folder, name);
+    if (target.empty()) return {};
+    Store(*opened.archive, folder, target);
+    paths_.insert_or_assign(nuo::string(source), target);
+    return target;
+}
+
+bool LibraryResources::Rewrite(PropertyBase& property, nuo::string_ref definition) {
+    bool changed = false;
+    ForEachText(property, [&](std::uint64_t index, nuo::string& value) {
+        const nuo::string uri = Import(value, FolderOf(definition, property.Name(), index));
+        if (uri.empty()) return;
+        value = uri;
+        changed = true;
+    });
+    return changed;
+}
+
+nuo::archive::archive_ptr LibraryResources::OpenPart(nuo::string_ref path) {
+    const auto part = package_.create(path, fs::mode_read | fs::mode_random, fs::open_existing);
+    if (!part) return nullptr;
+    auto copy = nuo::archive::make_archive<nuo::archive::mem_read_write_archive>();
+    CopyAll(*part, *copy);
+    copy->query_random()->seek(0);
+    return copy;
+}
+
+bool LibraryResources::IsOwn(nuo::string_ref path) const {
+    return path.size() > identifier_.size() && path.starts_with(identifier_) &&
+           path[identifier_.size()] == '/';
+}
+
+LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {
+    if (!IsResourceUri(source)) {
+        const nuo::string_ref path = WithoutFileScheme(source);
+        return {OpenFile(path), path};
+    }
+    const nuo::string_ref path = ResourcePath(source);
+    return {IsOwn(path) ? OpenPart(path) : host_.OpenForeignPart(path), path};
+}
+
+nuo::string LibraryResources::Import(nuo::string_ref value, nuo::string_ref folder) {
+    if (value.empty()) return {};
+    nuo::string source;
+    if (IsResourceUri(value)) {
+        if (IsOwn(ResourcePath(value))) return {};
+        source = nuo::string(value);
+    } else {
+        source = host_.ResolvePath(WithoutFileScheme(value));
+        if (source.empty() || !IsRegularFile(source)) return {};
+    }
+    // A type keeps each value a copy of its own, also when the file has changed since another named
+    // it.
+    const nuo::string path = Add(source, "uri", folder);
+    return path.empty() ? nuo::string() : MakeResourceUri(path);
+}
+
+nuo::string LibraryResources::FreeTarget(nuo::string_ref folder, const nuo::string& name) {
+    const nuo::string target = fs::joinPath(folder, name);
+    if (!PartExists(target)) {
+        numbers_.insert_or_assign(target, 0);
+        return target;
+    }
+    int& number = numbers_.try_emplace(target, 0).first->second;
+    for (int tries = 0; tries < kMaxNameTries; ++tries) {
+        const nuo::string other = fs::joinPath(folder, NumberedFileName(name, number + 1 + tries));
+        if (PartExists(other)) continue;
+        number += 1 + tries;
+        return other;
+    }
+    return {};
+}
+
+void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref folder,
+                             nuo::string_ref target) {
+    fs::recursiveCreateDir(host_.TempFs(), fs::joinPath(scratch_folder_, folder));
+    fs::recursiveCreateDir(package_, folder);
+    nuo::archive::archive_ptr part = package_.create(target, fs::mode_all, fs::open_or_create);
+    if (!part) NUO_RAISE(JpkFsErr);
+    try {
+        part->query_writer()->truncate(0);
+        CopyAll(source, *part);
+    } catch (...) {  // a part that holds half a file is worse than none
+        part.reset();
+        package_.remove(target);
+        throw;
+    }
+}
+
+bool LibraryResources::PartExists(nuo::string_ref path) {
+    return package_.state(path).state != fs::state_not_found;
+}
+
+}  // namespace korvanet::platform::assets
