@@ -1,0 +1,227 @@
+#include <cstdlib>
+
+#include "assets/library/bytecopy.h"
+#include "assets/library/generallibrary.h"
+#include "assets/library/ilegacycontent.h"
+#include "assets/library/libraryparts.h"
+#include "assets/library/tableofcontents.h"
+#include "assets/package/packageoptions.h"
+#include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemamanager.h"
+#include "nuo/common/buffer_archive.h"
+#include "nuo/common/string_algo/number.h"
+#include "velmor/vfs/vfs_functions.h"
+
+namespace korvanet::platform::assets {
+
+namespace fs = velmor::fs;
+
+namespace {
+
+bool IsFolder(fs::IVfs& package, nuo::string_ref path) {
+    return package.state(path).state == fs::state_directory;
+}
+
+nuo::archive::archive_ptr OpenPart(fs::IVfs& package, nuo::string_ref path) {
+    return package.create(path, fs::mode_read | fs::mode_random, fs::open_existing);
+}
+
+// The text of one element of a folder's description; empty when there is none.
+nuo::string Option(JpkFs& package, nuo::string_ref folder, nuo::string_ref name) {
+    const nuo::any value = package.getopt(
+        kPackageOption, nuo::any(option_key{nuo::string(folder), nuo::string(name)}));
+    return value.empty() ? nuo::string() : nuo::any_cast<option_value>(&value)->text;
+}
+
+// An identifier becomes the name of a folder that the manifests hold as it stands.
+bool CanBeIdentifier(nuo::string_ref identifier) {
+    if (identifier.empty() || identifier == "." || identifier == ".." ||
+        identifier == kLegacyFolder || !IsUserPath(identifier))
+        return false;
+    constexpr nuo::string_ref kRefused{"&<>\"'/\\"};
+    for (char c : identifier)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F ||
+            kRefused.find(c) != nuo::string_ref::npos)
+            return false;
+    return true;
+}
+
+nuo::string_ref ScratchPrefix(GeneralLibrary::Role role) {
+    switch (role) {
+        case GeneralLibrary::Role::kSerializer:
+            return "serialize";
+        case GeneralLibrary::Role::kDeserializer:
+            return "deserialize";
+        case GeneralLibrary::Role::kLibrary:
+            break;
+    }
+    return "library";
+}
+
+}  // namespace
+
+void GeneralLibrary::Open(bool for_writing) {
+    MakeScratchFolder();
+    if (IsFolder(package_, kLegacyFolder)) layout_ = Layout::kLegacy;
+    identifier_ = ListIdentifier(layout_ == Layout::kLegacy ? kLegacyFolder : "");
+    if (identifier_.empty()) NUO_RAISE(JpkFsErr);
+    MakeNamespaces();
+    if (layout_ == Layout::kCurrent)
+        LoadCurrent(for_writing);
+    else
+        LoadLegacy();
+    ReadOptions();
+}
+
+void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
+    if (!CanBeIdentifier(identifier)) NUO_RAISE(JpkFsErr);
+    MakeScratchFolder();
+    embed_option_ = options;
+    identifier_ = nuo::string(identifier);
+    MakeNamespaces();
+    if ((options & kLegacyOption) != 0) {
+        layout_ = Layout::kLegacy;
+        MakeFolder(fs::joinPath(kLegacyFolder, fs::joinPath(identifier_, "resources")));
+        return;
+    }
+    package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
+                    nuo::any(option_value{"uuid", identifier_}));
+    MakeFolder(Path(kAssetDataFolder));
+    MakeFolder(Path(kSchemasFolder));
+    ReopenStores(true);
+}
+
+void GeneralLibrary::MakeScratchFolder() {
+    scratch_folder_ = fs::createTempDir(host_.TempFs(), "", ScratchPrefix(role_));
+}
+
+// The first folder by name; files beside it do not count.
+nuo::string GeneralLibrary::ListIdentifier(nuo::string_ref folder) {
+    nuo::string first;
+    for (const fs::VfsNode& node : package_.children(folder)) {
+        if (!first.empty() && !(node.path < first)) continue;
+        if (IsFolder(package_, fs::joinPath(folder, node.path))) first = node.path;
+    }
+    return first;
+}
+
+void GeneralLibrary::MakeNamespaces() {
+    nuo::string name = identifier_;
+    if (namespaces_.parent.findChild(name).valid()) name = nuo::string(name, MakeIdentifier());
+    namespaces_ = MakeLibraryNamespaces(namespaces_.parent, name);
+    schemas_ = std::make_unique<SchemaManager>(host_.Context(), namespaces_.schema,
+                                               SchemaScope::kLibrary, &host_.Schemas(), this);
+    resources_ = std::make_unique<LibraryResources>(package_, host_, identifier_, scratch_folder_);
+    liveness_ = std::shared_ptr<const GeneralLibrary>(this, [](const GeneralLibrary*) {});
+}
+
+void GeneralLibrary::LoadCurrent(bool for_writing) {
+    ReadVersionTable();
+    LoadSchemas();
+    form_ = PresentForm();
+    form_.has_version_guid = !(definition_version_.major == 3 && definition_version_.minor < 2);
+    ReadContents();
+    ReopenStores(for_writing);
+}
+
+void GeneralLibrary::LoadLegacy() {
+    ILegacyContent* const legacy = host_.Legacy();
+    const nuo::string folder = fs::joinPath(kLegacyFolder, identifier_);
+    const auto objects = OpenPart(package_, fs::joinPath(folder, "objects.xml"));
+    if (legacy == nullptr || !objects) NUO_RAISE(JpkFsErr);
+    if (legacy->LoadObjects(*this, *objects)) layout_ = Layout::kLegacyUpgrade;
+}
+
+void GeneralLibrary::ReadVersionTable() {
+    VersionTable table;
+    if (const auto part = OpenPart(package_, Path(kVersionTablePart))) {
+        nuo::archive::mem_read_write_archive text;
+        CopyAll(*part, text);
+        const auto* first = reinterpret_cast<const char*>(text.get_buffer().data());
+        if (first != nullptr) table = ParseVersionTable({first, text.get_buffer().size()});
+    }
+    toc_version_ = table.toc;
+    definition_version_ = table.definitions;
+    instance_version_ = table.instances;
+    library_version_ = table.library;
+    version_table_dirty_ = !table.complete;
+}
+
+void GeneralLibrary::LoadSchemas() {
+    std::vector<nuo::string> names;
+    std::vector<nuo::string> ids;
+    const nuo::string folder = Path(kSchemasFolder);
+    for (const fs::VfsNode& node : package_.children(folder)) {
+        if (IsFolder(package_, fs::joinPath(folder, node.path))) continue;
+        names.push_back(node.path);
+        if (node.path.ref().ends_with(kSchemaExtension))
+            ids.emplace_back(node.path.ref().substr(0, node.path.size() - kSchemaExtension.size()));
+    }
+    schemas_->ExpectFiles(ids);
+    const nuo::string common(kCommonSchema, kSchemaExtension);
+    for (const nuo::string& name : names)
+        if (name == common) LoadSchemaPart(name);
+    for (const nuo::string& name : names)
+        if (!(name == common)) LoadSchemaPart(name);
+    for (KRVTSchemaDefinition* schema : OwnSchemas()) {
+        layouts_.insert_or_assign(schema->Id(), RecordLayout(*schema));
+        // A schema that the shared set refuses still serves its own library.
+        host_.PromoteSchema(*schema);
+    }
+}
+
+void GeneralLibrary::LoadSchemaPart(nuo::string_ref name) {
+    const nuo::string path = fs::joinPath(Path(kSchemasFolder), name);
+    const auto part = OpenPart(package_, path);
+    if (!part || schemas_->LoadSchema(*part, path) == nullptr) NUO_RAISE(JpkFsErr, path);
+}
+
+void GeneralLibrary::ReadContents() {
+    if (toc_version_.major > kHighestMajor) NUO_RAISE(JpkVersionErr);
+    const auto part = OpenPart(package_, Path(kContentsPart));
+    if (!part) NUO_RAISE(JpkFsErr);
+    for (const TocEntry& entry : ReadTableOfContents(*part, toc_version_)) {
+        if (Contains(entry.identifier)) continue;  // the first of one name counts
+        HalvernAsset& record = AddRecord(entry.identifier);
+        record.baseSchema = entry.base_schema;
+        record.definitionBlock = entry.definition_block;
+        record.instanceBlock = entry.instance_block;
+    }
+    if (toc_version_.minor >= kTocVersion.minor) return;
+    toc_version_.minor = kTocVersion.minor;
+    version_table_dirty_ = true;
+}
+
+void GeneralLibrary::ReadOptions() {
+    read_only_ = IsReadOnlyOption();
+    const nuo::string embed = Option(package_, identifier_, "embed option");
+    if (!embed.empty()) embed_option_ = static_cast<std::uint32_t>(std::atoi(embed.data()));
+}
+
+void GeneralLibrary::MakeFolder(nuo::string_ref path) {
+    if (fs::recursiveCreateDir(package_, path) != fs::er_ok) NUO_RAISE(JpkFsErr);
+}
+
+void GeneralLibrary::ReopenStores(bool for_writing) {
+    if (layout_ != Layout::kCurrent) return;
+    CloseStores();
+    auto definitions = OpenStore(Path(kDefinitionStorePart), for_writing);
+    instance_store_ = OpenStore(Path(kInstanceStorePart), for_writing);
+    definition_store_ = std::move(definitions);
+}
+
+std::unique_ptr<DataStore> GeneralLibrary::OpenStore(nuo::string_ref path, bool for_writing) {
+    const bool exists = package_.state(path).state != fs::state_not_found;
+    // Entries without a store are damage, not a beginning.
+    if (!exists && (!for_writing || !namespaces_.asset.objects().empty())) NUO_RAISE(JpkFsErr);
+    if (for_writing) {
+        auto archive = package_.create(path, fs::mode_all, fs::open_or_create);
+        if (!archive) NUO_RAISE(JpkFsErr);
+        return std::make_unique<DataStore>(std::move(archive));
+    }
+    const auto archive = OpenPart(package_, path);
+    if (!archive) NUO_RAISE(JpkFsErr);
+    return std::make_unique<DataStore>(*archive);
+}
+
+}  // namespace korvanet::platform::assets

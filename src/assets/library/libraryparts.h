@@ -1,0 +1,22 @@
+#pragma once
+
+#include "nuo/common/string_ref.h"
+
+// Where a library keeps its own parts, below the folder of its identifier; see
+// docs/formats/library_layout.md.
+
+namespace korvanet::platform::assets {
+
+inline constexpr nuo::string_ref kAssetDataFolder{"AssetData"};
+inline constexpr nuo::string_ref kSchemasFolder{"Schemas"};
+inline constexpr nuo::string_ref kContentsPart{"AssetData/AssetTableOfContents.bin"};
+inline constexpr nuo::string_ref kVersionTablePart{"AssetData/StreamVersionTable.inf"};
+inline constexpr nuo::string_ref kDefinitionStorePart{"AssetData/DefinitionIteratorProperties.bin"};
+inline constexpr nuo::string_ref kInstanceStorePart{"AssetData/InstanceProperties.bin"};
+inline constexpr nuo::string_ref kSchemaExtension{".xml"};
+inline constexpr nuo::string_ref kCommonSchema{"CommonSchema"};
+
+// The folder of the older layout, beside which there is no other.
+inline constexpr nuo::string_ref kLegacyFolder{"qmx"};
+
+}  // namespace korvanet::platform::assets
