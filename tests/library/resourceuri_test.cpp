@@ -16,13 +16,6 @@ TEST(ResourceUri, ThePrefixIsTwelveBytesComparedAsTheyAre) {
     EXPECT_TRUE(MakeResourceUri("id/a.png") == "jpk:?asset=/id/a.png");
 }
 
-TEST(ResourceUri, TheLeafStandsBehindTheLastSeparatorOfEitherKind) {
-    EXPECT_TRUE(FileLeaf("a/b\\c.png") == "c.png");
-    EXPECT_TRUE(FileLeaf("a\\b/c.png") == "c.png");
-    EXPECT_TRUE(FileLeaf("c.png") == "c.png");
-    EXPECT_TRUE(FileLeaf("a/") == "");
-}
-
 TEST(ResourceUri, TheFileSchemeKeepsTheRootOfAPathWithoutADrive) {
     EXPECT_TRUE(WithoutFileScheme("file:///home/x/a.png") == "/home/x/a.png");
     EXPECT_TRUE(WithoutFileScheme("file:///C:/a.png") == "C:/a.png");

@@ -55,7 +55,8 @@ GeneralLibrary::~GeneralLibrary() {
     liveness_.reset();
     ReleaseContent();
     schemas_.reset();
-    CloseStores();
+    definition_store_.reset();
+    instance_store_.reset();
     if (!scratch_folder_.empty()) velmor::fs::recursiveRemove(host_.TempFs(), scratch_folder_);
 }
 
@@ -75,7 +76,11 @@ void GeneralLibrary::SetReadOnlyOption() {
                     nuo::any(option_value{"bool", "1"}));
 }
 
+// A new store has no header until it is flushed, and what was freed since the last save is known in
+// memory alone.
 void GeneralLibrary::CloseStores() {
+    if (definition_store_) definition_store_->Flush();
+    if (instance_store_) instance_store_->Flush();
     definition_store_.reset();
     instance_store_.reset();
 }

@@ -226,6 +226,10 @@ private:
     bool SaveLegacy();
     nuo::archive::archive_ptr OpenForRewrite(nuo::string_ref path);
 
+    // generallibrary_presets.cpp
+    void ImportFiles(PropertyTableImp& first);
+    void RewriteUris(PropertyTableImp& table);
+
     // generallibrary_detach.cpp
     void Detach(PropertyTableImp& table);
     void ReleaseContent();

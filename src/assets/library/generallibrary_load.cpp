@@ -81,6 +81,7 @@ void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
     MakeNamespaces();
     if ((options & kLegacyOption) != 0) {
         layout_ = Layout::kLegacy;
+        resources_->SetLegacyLayout(true);
         MakeFolder(fs::joinPath(kLegacyFolder, fs::joinPath(identifier_, "resources")));
         return;
     }
@@ -108,7 +109,7 @@ nuo::string GeneralLibrary::ListIdentifier(nuo::string_ref folder) {
 void GeneralLibrary::MakeNamespaces() {
     nuo::string name = identifier_;
     if (namespaces_.parent.findChild(name).valid()) name = nuo::string(name, MakeIdentifier());
-    namespaces_ = MakeLibraryNamespaces(namespaces_.parent, name);
+    namespaces_ = LibraryNamespaces::Create(namespaces_.parent, name);
     schemas_ = std::make_unique<SchemaManager>(host_.Context(), namespaces_.schema,
                                                SchemaScope::kLibrary, &host_.Schemas(), this);
     resources_ = std::make_unique<LibraryResources>(package_, host_, identifier_, scratch_folder_);
@@ -196,6 +197,7 @@ void GeneralLibrary::ReadOptions() {
     read_only_ = IsReadOnlyOption();
     const nuo::string embed = Option(package_, identifier_, "embed option");
     if (!embed.empty()) embed_option_ = static_cast<std::uint32_t>(std::atoi(embed.data()));
+    resources_->SetLegacyLayout(layout_ != Layout::kCurrent);
 }
 
 void GeneralLibrary::MakeFolder(nuo::string_ref path) {

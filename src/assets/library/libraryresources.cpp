@@ -1,7 +1,9 @@
 #include "assets/library/libraryresources.h"
 
 #include "assets/library/bytecopy.h"
+#include "assets/library/libraryparts.h"
 #include "assets/library/resourceuri.h"
+#include "assets/manager/base/path.h"
 #include "assets/package/jpkfs.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/file_archive.h"
@@ -58,6 +60,7 @@ LibraryResources::LibraryResources(fs::IVfs& package, ILibraryHost& host,
 
 nuo::string LibraryResources::FolderOf(nuo::string_ref definition, nuo::string_ref property,
                                        std::uint64_t index) const {
+    if (legacy_) return CommonFolder();
     nuo::string_builder path;
     path.append(CommonFolder()).append('/').append(PathComponent(definition)).append('/');
     path.append(PathComponent(property)).append('/').append_number(index);
@@ -65,7 +68,8 @@ nuo::string LibraryResources::FolderOf(nuo::string_ref definition, nuo::string_r
 }
 
 nuo::string LibraryResources::CommonFolder() const {
-    return nuo::string(identifier_, "/Resources");
+    if (!legacy_) return fs::joinPath(identifier_, "Resources");
+    return fs::joinPath(kLegacyFolder, fs::joinPath(identifier_, "resources"));
 }
 
 nuo::string LibraryResources::Add(nuo::string_ref source, nuo::string_ref type,
@@ -76,7 +80,7 @@ nuo::string LibraryResources::Add(nuo::string_ref source, nuo::string_ref type,
     }
     Source opened = OpenSource(source);
     if (!opened.archive) return {};
-    const nuo::string name = ResourceFileName(FileLeaf(opened.name));
+    const nuo::string name = ResourceFileName(LeafOfPath(opened.name));
     if (name.empty()) return {};
     const nuo::string target = FreeTarget(folder, name);
     if (target.empty()) return {};
@@ -106,8 +110,8 @@ nuo::archive::archive_ptr LibraryResources::OpenPart(nuo::string_ref path) {
 }
 
 bool LibraryResources::IsOwn(nuo::string_ref path) const {
-    return path.size() > identifier_.size() && path.starts_with(identifier_) &&
-           path[identifier_.size()] == '/';
+    const nuo::string top = legacy_ ? fs::joinPath(kLegacyFolder, identifier_) : identifier_;
+    return path.size() > top.size() && path.starts_with(top) && path[top.size()] == '/';
 }
 
 LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {

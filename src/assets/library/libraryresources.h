@@ -20,6 +20,9 @@ public:
     LibraryResources(velmor::fs::IVfs& package, ILibraryHost& host, const nuo::string& identifier,
                      const nuo::string& scratch_folder);
 
+    // In the older layout all files lie in one folder.
+    void SetLegacyLayout(bool legacy) { legacy_ = legacy; }
+
     // Where the values of a property of a definition go, and where files without a property go.
     nuo::string FolderOf(nuo::string_ref definition, nuo::string_ref property,
                          std::uint64_t index) const;
@@ -58,6 +61,7 @@ private:
     ILibraryHost& host_;
     const nuo::string& identifier_;
     const nuo::string& scratch_folder_;
+    bool legacy_ = false;
     std::map<nuo::string, nuo::string, nuo::string_less>
         paths_;                                             // source text to path in the package
     std::map<nuo::string, int, nuo::string_less> numbers_;  // target to the last number used for it

@@ -51,13 +51,6 @@ nuo::string MakeResourceUri(nuo::string_ref path) {
     return nuo::string(kResourcePrefix, path);
 }
 
-nuo::string_ref FileLeaf(nuo::string_ref path) {
-    const char* leaf = path.end();
-    while (leaf != path.begin() && leaf[-1] != '/' && leaf[-1] != '\\')
-        --leaf;
-    return {leaf, path.end()};
-}
-
 nuo::string_ref WithoutFileScheme(nuo::string_ref text) {
     if (!text.starts_with(kFileScheme)) return text;
     const nuo::string_ref rest = text.substr(kFileScheme.size());

@@ -15,9 +15,6 @@ nuo::string_ref ResourcePath(nuo::string_ref uri);
 
 nuo::string MakeResourceUri(nuo::string_ref path);
 
-// What stands behind the last "/" or "\"; the whole text when it holds neither.
-nuo::string_ref FileLeaf(nuo::string_ref path);
-
 // The path of a "file:///" URI: "file:///C:/a" gives "C:/a", "file:///home/a" gives "/home/a". Any
 // other text as it is.
 nuo::string_ref WithoutFileScheme(nuo::string_ref text);

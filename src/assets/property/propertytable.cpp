@@ -111,10 +111,18 @@ void PropertyTableImp::ClearConnections() {
     }
 }
 
+void PropertyTableImp::TakeGroup(std::size_t group, const PropertyTableImp& other) {
+    if (group == kReadOnlyGroup) {
+        groups_[group].properties = other.groups_[group].properties;
+    } else {
+        *groups_[group].properties = *other.groups_[group].properties;
+    }
+}
+
 void PropertyTableImp::TakeGroups(const PropertyTableImp& other) {
-    groups_[kReadOnlyGroup].properties = other.groups_[kReadOnlyGroup].properties;
-    *groups_[kReadWriteGroup].properties = *other.groups_[kReadWriteGroup].properties;
-    *groups_[kIterationGroup].properties = *other.groups_[kIterationGroup].properties;
+    for (std::size_t group = 0; group < kGroupCount; ++group) {
+        TakeGroup(group, other);
+    }
 }
 
 void PropertyTableImp::Expire() {

@@ -103,8 +103,10 @@ public:
     // A copy of this instance beside it: as Clone(), but each copy has the source that its original
     // has, and copies of connected tables have the state 1.
     PropertyTableImp* CloneBeside(velmor::Namespace registry) const;
-    // Makes the groups those of `other`: the read-only one shared, the other two copied with their
+    // Makes one group that of `other`: the read-only one shared, the other two copied with their
     // connections to the same tables.
+    void TakeGroup(std::size_t group, const PropertyTableImp& other);
+    // Takes all three.
     void TakeGroups(const PropertyTableImp& other);
 
     // Drops the connections of all properties and tells nobody.

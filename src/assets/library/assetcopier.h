@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "assets/library/generallibrary.h"
+
+namespace korvanet::platform::assets {
+
+// Stores a table of any origin, with what is connected to it, as records of a library. A connected
+// asset that is a record of this library already is linked; any other becomes a hidden record under
+// a fresh identifier, each once.
+class AssetCopier {
+public:
+    explicit AssetCopier(GeneralLibrary& target) : target_(target) {}
+
+    // The record of `identifier`, made or filled anew; null, and nothing stored, when a schema
+    // cannot be taken over. Raises JpkFsErr, and nothing is stored, when the connections reach too
+    // deep.
+    PropertyTableImp* Copy(PropertyTableImp& source, nuo::string_ref identifier);
+
+private:
+    bool EnsureSchemas();
+    void Gather(PropertyTableImp& source);
+    PropertyTableImp& MakeRecord(PropertyTableImp& source, nuo::string_ref identifier);
+    void Fill(const PropertyTableImp& source, PropertyTableImp& made);
+    void FillProperty(const PropertyBase& source, PropertyBase& made);
+    PropertyTableImp* Counterpart(PropertyTableImp& connected) const;
+
+    GeneralLibrary& target_;
+    std::vector<PropertyTableImp*> sources_;  // the asset itself first
+    std::map<const PropertyTableImp*, PropertyTableImp*> copies_;
+};
+
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,182 @@
+#include "assets/asset/assetdefinition.h"
+#include "assets/library/generallibrary.h"
+#include "assets/library/libraryconnectioncodec.h"
+#include "assets/library/librarymarkers.h"
+#include "assets/library/libraryparts.h"
+#include "assets/library/tabletext.h"
+#include "assets/property/itablefactory.h"
+#include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemamanager.h"
+#include "nuo/common/buffer_archive.h"
+#include "velmor/object.h"
+#include "velmor/scoped_object_creator.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+constexpr nuo::string_ref kBaseSchema{"BaseSchema"};
+constexpr nuo::string_ref kAssetLibId{"AssetLibID"};
+
+// A mark that is taken back when the work that it announces fails.
+class TentativeMark {
+public:
+    explicit TentativeMark(bool& mark) : mark_(mark) { mark_ = true; }
+    TentativeMark(const TentativeMark&) = delete;
+    TentativeMark& operator=(const TentativeMark&) = delete;
+    ~TentativeMark() {
+        if (!kept_) mark_ = false;
+    }
+    void Keep() { kept_ = true; }
+
+private:
+    bool& mark_;
+    bool kept_ = false;
+};
+
+class DepthCount {
+public:
+    explicit DepthCount(int& depth) : depth_(depth) { ++depth_; }
+    DepthCount(const DepthCount&) = delete;
+    DepthCount& operator=(const DepthCount&) = delete;
+    ~DepthCount() { --depth_; }
+
+private:
+    int& depth_;
+};
+
+nuo::buffer<nuo::byte> ReadChain(DataStore& store, std::uint32_t block) {
+    DataRecord record = store.Open(block);
+    nuo::buffer<nuo::byte> bytes;
+    bytes.resize(record.Size());
+    const nuo::byte* const filled = record.Read({bytes.begin(), bytes.end()});
+    if (filled != bytes.end()) NUO_RAISE(nuo::archive::read_failed);
+    return bytes;
+}
+
+}  // namespace
+
+HalvernAsset* GeneralLibrary::FindRecord(nuo::string_ref identifier) const {
+    const velmor::NameValuePair found = namespaces_.asset.findObject(identifier);
+    return found.name != nullptr ? static_cast<HalvernAsset*>(found.value.data()) : nullptr;
+}
+
+std::vector<nuo::string> GeneralLibrary::RecordNames() const {
+    std::vector<nuo::string> names;
+    for (const velmor::NameValuePair& entry : namespaces_.asset.objects())
+        names.push_back(*entry.name);
+    return names;
+}
+
+AssetDefinition* GeneralLibrary::LoadDefinition(nuo::string_ref identifier) {
+    HalvernAsset* const record = FindRecord(identifier);
+    return record != nullptr ? AsAssetDefinition(&LoadRecord(*record)) : nullptr;
+}
+
+PropertyTableImp& GeneralLibrary::LoadListing(HalvernAsset& record) {
+    PropertyTableImp& table = EnsureTable(record);
+    if (!record.definitionLoaded) ReadGroup(record, PropertyTableImp::kIterationGroup);
+    return table;
+}
+
+PropertyTableImp& GeneralLibrary::LoadRecord(HalvernAsset& record) {
+    PropertyTableImp& table = LoadListing(record);
+    if (!record.instanceLoaded) {
+        ReadGroup(record, PropertyTableImp::kReadWriteGroup);
+        if (role_ != Role::kDeserializer) TakeLibraryIdentifier(table);
+    }
+    return table;
+}
+
+bool GeneralLibrary::Owns(const PropertyTableImp& table) const {
+    const velmor::Namespace registry = table.Registry();
+    return registry.valid() && (registry == namespaces_.asset || registry == namespaces_.tmpAsset ||
+                                registry == namespaces_.schema);
+}
+
+bool GeneralLibrary::IsRecord(const PropertyTableImp& table) const {
+    return table.Registry().valid() && table.Registry() == namespaces_.asset;
+}
+
+// The form that records are written in by now, and were read in when all versions were the present
+// ones.
+RecordForm GeneralLibrary::PresentForm() const {
+    RecordForm form;
+    form.has_parent = role_ != Role::kLibrary;
+    const KRVTSchemaDefinition* const common = schemas_->FindOwn(kCommonSchema);
+    form.has_base_schema = common == nullptr || common->BaseId().empty();
+    return form;
+}
+
+const RecordLayout& GeneralLibrary::LayoutOf(const KRVTSchemaDefinition& schema) {
+    const auto known = layouts_.find(schema.Id());
+    if (known != layouts_.end()) return known->second;
+    return layouts_.emplace(schema.Id(), RecordLayout(schema)).first->second;
+}
+
+HalvernAsset& GeneralLibrary::AddRecord(nuo::string_ref identifier) {
+    const ModuleContext& context = host_.Context();
+    velmor::ScopedObjectCreator creator(context.heap, context.runtime->extHeap());
+    auto& record = *static_cast<HalvernAsset*>(creator.create(context.types.Asset()).data());
+    record.identifier = nuo::string(identifier);
+    record.registry = namespaces_.asset;
+    creator.adoptBy(namespaces_.asset, record.identifier);
+    ++generation_;
+    return record;
+}
+
+// The groups come with their records: a listing needs only one of them.
+PropertyTableImp& GeneralLibrary::MakeTable(HalvernAsset& record, KRVTSchemaDefinition& schema) {
+    const ModuleContext& context = host_.Context();
+    PropertyTableImp& table = *context.tables->MakeTable(TableKind::kDefinition, record, context);
+    table.SetBase(&schema);
+    table.SetSource(&schema);
+    table.TakeGroup(PropertyTableImp::kReadOnlyGroup, schema);
+    table.Enter(namespaces_.asset, record.identifier);
+    table.SetPinned(true);
+    return table;
+}
+
+PropertyTableImp& GeneralLibrary::EnsureTable(HalvernAsset& record) {
+    if (record.table != nullptr) return *record.table;
+    const nuo::buffer<nuo::byte> bytes = ReadChain(*instance_store_, record.instanceBlock);
+    nuo::archive::buffer_in in(bytes);
+    const RecordHeader header = ReadRecordHeader(in, form_);
+    KRVTSchemaDefinition* const schema = schemas_->Find(header.schema);
+    if (schema == nullptr) NUO_RAISE(SchemaNotFoundErr, record.identifier);
+    return MakeTable(record, *schema);
+}
+
+void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
+    const bool listing = group == PropertyTableImp::kIterationGroup;
+    // Marked first: a definition that is connected to itself, over whatever others, is met again on
+    // the way.
+    TentativeMark mark(listing ? record.definitionLoaded : record.instanceLoaded);
+    PropertyTableImp& table = *record.table;
+    const auto& schema = *AsSchemaDefinition(table.Base());
+    table.TakeGroup(group, schema);
+    const nuo::buffer<nuo::byte> bytes =
+        ReadChain(*(listing ? definition_store_ : instance_store_),
+                  listing ? record.definitionBlock : record.instanceBlock);
+    nuo::archive::buffer_in in(bytes);
+    if (!listing) ReadRecordHeader(in, form_);
+    const LibraryConnectionCodec codec(*this);
+    ReadRecordGroup(in, LayoutOf(schema), group, form_, table);
+    if (listing && !form_.has_base_schema) SetText(table, kBaseSchema, record.baseSchema);
+    mark.Keep();
+}
+
+void GeneralLibrary::TakeLibraryIdentifier(PropertyTableImp& table) {
+    SetText(table, kAssetLibId, identifier_);
+    AsAssetDefinition(&table)->ResetCachedTexts();
+}
+
+HalvernAsset* GeneralLibrary::LoadConnected(nuo::string_ref name) {
+    HalvernAsset* const record = FindRecord(name);
+    if (record == nullptr) return nullptr;
+    const DepthCount depth(load_depth_);
+    if (load_depth_ > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    LoadRecord(*record);
+    return record;
+}
+
+}  // namespace korvanet::platform::assets

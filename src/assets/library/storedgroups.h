@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+
+#include "assets/property/property.h"
+#include "assets/property/propertytable.h"
+
+namespace korvanet::platform::assets {
+
+// The groups that records hold; the read-only one is the schema's.
+inline constexpr std::size_t kStoredGroups[] = {PropertyTableImp::kReadWriteGroup,
+                                                PropertyTableImp::kIterationGroup};
+
+// Visits the tables that properties of the stored groups are connected to, once for each
+// connection.
+template <class Visit>
+void ForEachConnection(const PropertyTableImp& table, Visit&& visit) {
+    for (const std::size_t group : kStoredGroups) {
+        for (const PropertyGroup::Entry& entry : table.Group(group)) {
+            const PropertyBase& property = entry.Property();
+            for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at)
+                if (PropertyTableImp* connected = property.ConnectedTable(at)) visit(*connected);
+        }
+    }
+}
+
+}  // namespace korvanet::platform::assets
