@@ -127,7 +127,8 @@ void DirectoryReader::readName(file_header& header) {
     at_ += central_size;
     if (nameSize + extraSize + commentSize > left()) NUO_RAISE(bad_no_enough_head_content);
     // The local header is never read: its extra field is taken to be as long as this one.
-    const std::uint64_t data = header.headerOffset + local_size + nameSize + extraSize;
+    const std::uint64_t data =
+        std::uint64_t{header.headerOffset} + local_size + nameSize + extraSize;
     if (data >= file_header::no_offset) NUO_RAISE(bad_central_dir_offset_or_size);
     header.dataOffset = static_cast<std::uint32_t>(data);
     header.name = nuo::string_ref(reinterpret_cast<const char*>(at_), nameSize);
