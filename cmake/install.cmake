@@ -1,13 +1,10 @@
-# What an install tree holds: the library and its units service, the command, the public headers,
-# and the two ways to find them.
+# What an install tree holds: the library, the command, the public headers, and the two ways to find
+# them. The units service is installed from its own folder.
 
 include(CMakePackageConfigHelpers)
 
 install(TARGETS halvern EXPORT HalvernTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-if(TARGET halvernunits)
-  install(TARGETS halvernunits LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-endif()
 if(TARGET halvern_program)
   install(TARGETS halvern_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
