@@ -5,7 +5,7 @@
 
 namespace korvanet::platform::core {
 
-// The other form of a text, by the rules of `transcode.h`.
+/// The other form of a text, by the rules of `transcode.h`.
 std::wstring ToWide(std::string_view text);
 std::string ToUtf8(std::wstring_view text);
 

@@ -10,14 +10,14 @@ namespace korvanet::platform::core {
 
 static_assert(sizeof(wchar_t) == 4, "wide text is UTF-32");
 
-// Writes the code points of [first, last) to `out` and returns the position behind them. There are
-// never more code points than bytes.
+/// Writes the code points of [first, last) to `out` and returns the position behind them. There are
+/// never more code points than bytes.
 wchar_t* DecodeUtf8(const char* first, const char* last, wchar_t* out);
 
-// The bytes that `EncodeUtf8` writes for [first, last), at most four for each.
+/// The bytes that `EncodeUtf8` writes for [first, last), at most four for each.
 std::size_t Utf8Size(const wchar_t* first, const wchar_t* last);
 
-// Writes the UTF-8 form of [first, last) to `out` and returns the position behind it.
+/// Writes the UTF-8 form of [first, last) to `out` and returns the position behind it.
 char* EncodeUtf8(const wchar_t* first, const wchar_t* last, char* out);
 
 }  // namespace korvanet::platform::core

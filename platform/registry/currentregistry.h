@@ -4,8 +4,8 @@
 
 namespace korvanet::platform::core {
 
-// The registry that a host has set, or else one without a hive. The reference is good until the
-// next `SetRegistry`.
+/// The registry that a host has set, or else one without a hive. The reference is good until the
+/// next `SetRegistry`.
 IRegistry& CurrentRegistry();
 
 }  // namespace korvanet::platform::core

@@ -9,14 +9,14 @@
 
 extern "C" {
 
-// The code of the unit that a word names.
+/// The code of the unit that a word names.
 using HalvernUnitsGetUnitTypeFunction = int (*)(const wchar_t* name, int* code);
 
-// The characters of a unit's name, without the NUL.
+/// The characters of a unit's name, without the NUL.
 using HalvernUnitsGetGlobalNameLengthFunction = int (*)(int code, std::size_t* length);
 
-// Writes a unit's name and a NUL to `buffer`, which holds `size` characters; fails when they do not
-// fit.
+/// Writes a unit's name and a NUL to `buffer`, which holds `size` characters; fails when they do
+/// not fit.
 using HalvernUnitsGetGlobalNameFunction = int (*)(int code, wchar_t* buffer, std::size_t size);
 }
 

@@ -6,27 +6,27 @@
 
 namespace korvanet::platform::assets {
 
-// Loads schemas that depend on each other in any order, and gives them to the manager together.
-// The order of calls: `LoadSchema` for each file, `Commit`, `Release`.
+/// Loads schemas that depend on each other in any order, and gives them to the manager together.
+/// The order of calls: `LoadSchema` for each file, `Commit`, `Release`.
 class ISchemaBatchLoader {
 public:
-    // A new loader, to be ended by `Release`. Makes the manager when there is none.
+    /// A new loader, to be ended by `Release`. Makes the manager when there is none.
     HALVERN_API static ISchemaBatchLoader* Create();
 
-    // Reads one schema file from the reader, which must be open and stays the caller's. Returns the
-    // schema, which belongs to the loader and may still lack what it inherits from a base that was
-    // not loaded yet. Null when the file is malformed or the id is loaded already, the latter with
-    // the warning "Try to load a loaded schema."; the batch may go on. Null after a `Commit` that
-    // was true.
+    /// Reads one schema file from the reader, which must be open and stays the caller's. Returns
+    /// the schema, which belongs to the loader and may still lack what it inherits from a base that
+    /// was not loaded yet. Null when the file is malformed or the id is loaded already, the latter
+    /// with the warning "Try to load a loaded schema."; the batch may go on. Null after a `Commit`
+    /// that was true.
     virtual IAssetSchema* LoadSchema(core::IDataReader* stream) = 0;
 
-    // Gives the schemas to the manager, merged with those of the same id. False when the base of a
-    // schema is missing, then none is given; or when one does not fit the manager's of its id, then
-    // those before it stay. After true the loader is spent: its schemas are gone, those of the
-    // manager take their place, and a further call is true and does nothing.
+    /// Gives the schemas to the manager, merged with those of the same id. False when the base of a
+    /// schema is missing, then none is given; or when one does not fit the manager's of its id,
+    /// then those before it stay. After true the loader is spent: its schemas are gone, those of
+    /// the manager take their place, and a further call is true and does nothing.
     virtual bool Commit() = 0;
 
-    // Destroys the loader with what it has not committed.
+    /// Destroys the loader with what it has not committed.
     virtual void Release() = 0;
 
     virtual ~ISchemaBatchLoader() = default;

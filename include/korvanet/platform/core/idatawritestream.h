@@ -4,7 +4,7 @@
 
 namespace korvanet::platform::core {
 
-// A writer that is the whole of a stream.
+/// A writer that is the whole of a stream.
 class IDataWriteStream : public IDataWriter {};
 
 }  // namespace korvanet::platform::core

@@ -7,22 +7,22 @@
 
 namespace korvanet::platform::core {
 
-// A random identifier (RFC 4122, version 4). Its text has 36 characters in upper case, without
-// braces: "6F9619FF-8B86-4011-B42D-00C04FC964FF".
+/// A random identifier (RFC 4122, version 4). Its text has 36 characters in upper case, without
+/// braces: "6F9619FF-8B86-4011-B42D-00C04FC964FF".
 class HALVERN_API JPKUUID {
 public:
-    // Characters of the text, without the terminating NUL.
+    /// Characters of the text, without the terminating NUL.
     static constexpr int kTextLength = 36;
 
-    // A fresh identifier.
+    /// A fresh identifier.
     JPKUUID();
 
-    // True when `text` has the form above; digits may be of either case.
+    /// True when `text` has the form above; digits may be of either case.
     static bool IsValid(const IString& text);
 
     void ToString(IString& text) const;
 
-    // Writes the text and a NUL; the form for callers that want no string.
+    /// Writes the text and a NUL; the form for callers that want no string.
     void ToChars(char (&text)[kTextLength + 1]) const;
 
     friend bool operator==(const JPKUUID& left, const JPKUUID& right) {

@@ -9,24 +9,24 @@
 
 namespace korvanet::platform::core {
 
-// The machine's registry as the library sees it: a hive of keys, each with named text values. The
-// library reads it once, when the manager is made, to learn which asset and texture libraries are
-// installed. The order of calls is `OpenHive`, then any number of `OpenKey`, `ReadString`,
-// `CloseKey`, then `CloseHive`, the last only after an `OpenHive` that was true.
+/// The machine's registry as the library sees it: a hive of keys, each with named text values. The
+/// library reads it once, when the manager is made, to learn which asset and texture libraries are
+/// installed. The order of calls is `OpenHive`, then any number of `OpenKey`, `ReadString`,
+/// `CloseKey`, then `CloseHive`, the last only after an `OpenHive` that was true.
 class IRegistry {
 public:
-    // An open key; 0 is none.
+    /// An open key; 0 is none.
     using Key = std::uint64_t;
 
-    // Connects to the hive of the machine. False when there is no registry.
+    /// Connects to the hive of the machine. False when there is no registry.
     virtual bool OpenHive() = 0;
 
-    // Opens a key for reading by its path below the hive, components separated by "\". Returns 0
-    // when there is no such key.
+    /// Opens a key for reading by its path below the hive, components separated by "\". Returns 0
+    /// when there is no such key.
     virtual Key OpenKey(const wchar_t* path) = 0;
 
-    // Reads the text value `name` of an open key. False, and `value` unchanged, when the key has no
-    // such value.
+    /// Reads the text value `name` of an open key. False, and `value` unchanged, when the key has
+    /// no such value.
     virtual bool ReadString(Key key, const wchar_t* name, IString& value) = 0;
 
     virtual void CloseKey(Key key) = 0;
@@ -36,13 +36,13 @@ public:
     virtual ~IRegistry() = default;
 };
 
-// Makes `registry` the one that managers made from now on read, and returns the former one. Null,
-// which is also the state at start, stands for a machine without a registry. The registry stays the
-// caller's; it must live until it is replaced.
+/// Makes `registry` the one that managers made from now on read, and returns the former one. Null,
+/// which is also the state at start, stands for a machine without a registry. The registry stays
+/// the caller's; it must live until it is replaced.
 HALVERN_API IRegistry* SetRegistry(IRegistry* registry);
 
-// A registry in memory, for hosts that know by other means what is installed, and for tests. Keys
-// and value names are compared without regard to the case of ASCII letters.
+/// A registry in memory, for hosts that know by other means what is installed, and for tests. Keys
+/// and value names are compared without regard to the case of ASCII letters.
 class HALVERN_API MemoryRegistry final : public IRegistry {
 public:
     MemoryRegistry();
@@ -50,16 +50,17 @@ public:
     MemoryRegistry& operator=(const MemoryRegistry&) = delete;
     ~MemoryRegistry() override;
 
-    // Sets a value, and makes its key when there is none yet. A null text stands for the empty one.
+    /// Sets a value, and makes its key when there is none yet. A null text stands for the empty
+    /// one.
     void SetString(const wchar_t* path, const wchar_t* name, const wchar_t* value);
 
-    // Removes a key with its values. False when there is no such key.
+    /// Removes a key with its values. False when there is no such key.
     bool RemoveKey(const wchar_t* path);
 
-    // Lets `OpenHive` answer false, as on a machine that refuses the connection; true at start.
+    /// Lets `OpenHive` answer false, as on a machine that refuses the connection; true at start.
     void SetAvailable(bool available);
 
-    // Keys that were opened and not closed yet.
+    /// Keys that were opened and not closed yet.
     std::uint64_t GetOpenKeyCount() const;
 
     bool OpenHive() override;

@@ -7,21 +7,21 @@
 
 namespace korvanet::platform::core {
 
-// A time stamp in the form of a package's properties, "YYYY-MM-DDThh:mm:ss": local time, to the
-// second, without a zone.
+/// A time stamp in the form of a package's properties, "YYYY-MM-DDThh:mm:ss": local time, to the
+/// second, without a zone.
 class HALVERN_API W3CTime {
 public:
-    // The present local time.
+    /// The present local time.
     W3CTime();
 
-    // The given calendar fields (month and day from 1), taken as they are.
+    /// The given calendar fields (month and day from 1), taken as they are.
     W3CTime(int year, int month, int day, int hour, int minute, int second);
 
-    // The local time of `seconds` since the epoch.
+    /// The local time of `seconds` since the epoch.
     static W3CTime FromSeconds(std::int64_t seconds);
 
-    // Reads a text of exactly the form above. False, and `time` unchanged, when the text has
-    // another form or names a day or time that no calendar has.
+    /// Reads a text of exactly the form above. False, and `time` unchanged, when the text has
+    /// another form or names a day or time that no calendar has.
     static bool Parse(const IString& text, W3CTime& time);
 
     void ToString(IString& text) const;

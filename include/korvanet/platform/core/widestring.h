@@ -7,11 +7,11 @@
 
 namespace korvanet::platform::core {
 
-// A string that keeps its text as UTF-32. The UTF-8 form is made when it is first asked for.
+/// A string that keeps its text as UTF-32. The UTF-8 form is made when it is first asked for.
 class HALVERN_API WideString final : public IString {
 public:
     WideString();
-    // A copy of NUL-terminated `text`; null gives the empty string.
+    /// A copy of NUL-terminated `text`; null gives the empty string.
     WideString(
         const wchar_t* text);  // NOLINT(google-explicit-constructor): arguments read as texts
     explicit WideString(const IString& other);
