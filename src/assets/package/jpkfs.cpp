@@ -40,13 +40,12 @@ JpkFs::JpkFs(velmor::fs::IVfs& inner, nuo::string resource)
 JpkFs::~JpkFs() = default;
 
 fs_error JpkFs::remove(nuo::string_ref path) {
+    // A reserved name is not found here, like everywhere.
+    const fs_error refused = velmor::fs::checkRemovable(*this, path);
+    if (refused != velmor::fs::er_ok) {
+        return refused;
+    }
     const PackagePath at(path);
-    if (mounted() && imp_->root->containMountPoint(velmor::fs::joinPath(mountPoint(), at.Ref()))) {
-        return velmor::fs::er_busy_mounted;
-    }
-    if (at.IsReserved()) {
-        return velmor::fs::er_not_found;
-    }
     if (at.IsRoot()) {
         return velmor::fs::er_invalid;
     }
@@ -95,16 +94,14 @@ fs_error JpkFs::copy(nuo::string_ref from, nuo::string_ref to) {
     if (target.IsReserved()) {
         return velmor::fs::er_invalid;
     }
-    const bool was_there = Exists(imp_->inner->state(to));
-    fs_error result = velmor::fs::er_not_found;
     if (from.starts_with("/")) {
-        const VfsNodeState source = mounted() ? imp_->root->locate(from) : VfsNodeState();
-        if (Exists(source)) {
-            result = velmor::fs::copyFile(source.node, {nuo::string(to), imp_->inner});
-        }
-    } else if (IsUserPath(from)) {
-        result = imp_->inner->copy(from, to);
+        return velmor::fs::copyInto(*this, from, to);
     }
+    if (!IsUserPath(from)) {
+        return velmor::fs::er_not_found;
+    }
+    const bool was_there = Exists(imp_->inner->state(to));
+    const fs_error result = imp_->inner->copy(from, to);
     if (result == velmor::fs::er_ok && !was_there) {
         imp_->description.CompleteEntry(target.Folder(), target.Leaf());
     }
