@@ -86,6 +86,16 @@ namespace detail {
 random& need_random(iarchive& archive);
 reader* need_reader(iarchive& archive);
 writer* need_writer(iarchive& archive);
+
+/// A base that is made before the cursor which needs the archive, and released after it.
+class shared_archive {
+public:
+    explicit shared_archive(std::shared_ptr<iarchive> archive);
+    iarchive& get() const noexcept { return *archive_; }
+
+private:
+    std::shared_ptr<iarchive> archive_;
+};
 }  // namespace detail
 
 /// The three forms. They do not own the archive. Making one raises `create_failed` when the archive
@@ -116,16 +126,10 @@ public:
 /// One of the forms that holds the archive and releases it with itself. Several of them can share
 /// one archive; an `archive_ptr` converts to the shared owner.
 template <class Form>
-class multiplex_owner : private std::shared_ptr<iarchive>, public Form {
+class multiplex_owner : private detail::shared_archive, public Form {
 public:
     explicit multiplex_owner(std::shared_ptr<iarchive> archive)
-        : std::shared_ptr<iarchive>(std::move(archive)), Form(owned()) {}
-
-private:
-    iarchive& owned() const {
-        if (this->get() == nullptr) NUO_RAISE(create_failed);
-        return *this->get();
-    }
+        : shared_archive(std::move(archive)), Form(shared_archive::get()) {}
 };
 
 /// An owned cursor that can end itself, as file systems return them from `open`.

@@ -21,4 +21,8 @@ writer* need_writer(iarchive& archive) {
     return need(archive.query_writer());
 }
 
+shared_archive::shared_archive(std::shared_ptr<iarchive> archive) : archive_(std::move(archive)) {
+    if (archive_ == nullptr) NUO_RAISE(create_failed);
+}
+
 }  // namespace nuo::archive::detail
