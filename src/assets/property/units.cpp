@@ -2,6 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+
+#include <korvanet/platform/core/utf8string.h>
+
+#include "assets/manager/base/text.h"
+#include "platform/units/unitsservice.h"
 
 namespace korvanet::platform::assets {
 
@@ -29,11 +35,19 @@ constexpr std::array<UnitRow, 9> kUnits{{
 }};
 
 constexpr const char* kNoUnitWord = "NotSpecified";
+// A longer name is none of a unit.
+constexpr std::size_t kMaxNameLength = 255;
 
 const UnitRow* FindRow(std::uint32_t unit) {
     const auto row = std::find_if(kUnits.begin(), kUnits.end(),
                                   [unit](const UnitRow& each) { return each.code == unit; });
     return row == kUnits.end() ? nullptr : row;
+}
+
+// The word of our own table, for a process without the units service.
+nuo::string OwnWord(std::uint32_t unit) {
+    const UnitRow* row = FindRow(unit);
+    return nuo::string(row == nullptr ? kNoUnitWord : row->words.front());
 }
 
 }  // namespace
@@ -46,12 +60,29 @@ std::uint32_t UnitFromWord(nuo::string_ref word) {
             }
         }
     }
-    return 0;
+    int code = 0;
+    const core::UTF8String wide(nuo::string(word).c_str());
+    return core::UnitsService::Instance().GetUnitType(wide.AsWide(), code) ==
+                   core::UnitsService::kSuccess
+               ? static_cast<std::uint32_t>(code)
+               : 0;
 }
 
 nuo::string WordFromUnit(std::uint32_t unit) {
-    const UnitRow* row = FindRow(unit);
-    return nuo::string(row == nullptr ? kNoUnitWord : row->words.front());
+    std::size_t length = 0;
+    auto& service = core::UnitsService::Instance();
+    const int answer = service.GetGlobalNameLength(static_cast<int>(unit), length);
+    if (answer == core::UnitsService::kNoService) {
+        return OwnWord(unit);
+    }
+    if (answer == core::UnitsService::kSuccess && length != 0 && length <= kMaxNameLength) {
+        std::array<wchar_t, kMaxNameLength + 1> name{};
+        if (service.GetGlobalName(static_cast<int>(unit), name.data(), length + 1) ==
+            core::UnitsService::kSuccess) {
+            return FromWide(name.data());
+        }
+    }
+    return nuo::string(kNoUnitWord);
 }
 
 bool IsLengthUnit(std::uint32_t unit) {

@@ -6,10 +6,12 @@
 
 namespace korvanet::platform::assets {
 
-// Code of the unit that `word` names, such as 8193 for "m" and "metres"; 0 for other words.
+// Code of the unit that `word` names, such as 8193 for "m" and "metres". Words beyond those of
+// lengths are the units service's; 0 when nobody knows the word.
 std::uint32_t UnitFromWord(nuo::string_ref word);
 
-// The short word of a unit code, such as "mm" for 8206; "NotSpecified" for other codes.
+// The name of a unit code by the units service, or, in a process without it, by our own table, such
+// as "mm" for 8206. "NotSpecified" for a code without a name.
 nuo::string WordFromUnit(std::uint32_t unit);
 
 // Whether `unit` is one of the nine length units that a property with a unit may take.
