@@ -1,5 +1,6 @@
 #include "assets/library/assetcopier.h"
 
+#include "assets/asset/assetmeta.h"
 #include "assets/library/connectiondepth.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
@@ -19,7 +20,7 @@ PropertyTableImp* AssetCopier::Copy(PropertyTableImp& source, nuo::string_ref id
         if (each == &made) continue;
         Fill(*each, made);
         if (each != &source && target_.GetRole() == GeneralLibrary::Role::kLibrary)
-            SetTruth(made, "Hidden", true);
+            SetTruth(made, asset_meta::kHidden, true);
     }
     return copies_[&source];
 }
@@ -70,8 +71,8 @@ void AssetCopier::Fill(const PropertyTableImp& source, PropertyTableImp& made) {
                 FillProperty(entry.Property(), *place);
         }
     }
-    SetText(made, "BaseSchema", AsSchemaDefinition(made.Base())->Id());
-    SetText(made, "AssetLibID", target_.Identifier());
+    SetText(made, asset_meta::kBaseSchema, AsSchemaDefinition(made.Base())->Id());
+    SetText(made, asset_meta::kAssetLibId, target_.Identifier());
 }
 
 void AssetCopier::FillProperty(const PropertyBase& source, PropertyBase& made) {

@@ -1,7 +1,7 @@
 #include "assets/library/definitioniterator.h"
 
 #include "assets/asset/assetdefinition.h"
-#include "assets/asset/metavalues.h"
+#include "assets/asset/assetmeta.h"
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
@@ -37,8 +37,7 @@ IAssetDefinition* AssetDefinitionDataIterator::GetDefinition() {
     return Guarded(nullptr, [this]() -> IAssetDefinition* {
         HalvernAsset* const record = Record();
         if (record == nullptr) return nullptr;
-        AssetDefinition* const definition = AsAssetDefinition(&library_->LoadRecord(*record));
-        return definition->AddReference();
+        return static_cast<AssetDefinition&>(library_->LoadRecord(*record)).AddReference();
     });
 }
 
@@ -56,65 +55,72 @@ bool AssetDefinitionDataIterator::GetUIName(IString& name, const IString& locale
 
 std::uint64_t AssetDefinitionDataIterator::GetKeywordCount() const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr ? MetaCount(*table, MetaList::kKeyword) : 0;
+    return table == nullptr ? 0
+                            : asset_meta::TextCount(*table, PropertyTableImp::kIterationGroup,
+                                                    asset_meta::kKeyword);
 }
 
 bool AssetDefinitionDataIterator::GetKeyword(std::uint64_t index, IString& keyword,
                                              const IString& locale) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignMetaText(keyword, *table, MetaList::kKeyword, index,
-                                              library_->Identifier(), locale.AsUTF8());
+    return table != nullptr && asset_meta::GetListText(*table, asset_meta::kKeyword, index, keyword,
+                                                       locale, library_->Identifier());
 }
 
 std::uint64_t AssetDefinitionDataIterator::GetCategoryCount() const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr ? MetaCount(*table, MetaList::kCategory) : 0;
+    return table == nullptr ? 0
+                            : asset_meta::TextCount(*table, PropertyTableImp::kIterationGroup,
+                                                    asset_meta::kCategory);
 }
 
 bool AssetDefinitionDataIterator::GetCategory(std::uint64_t index, IString& category,
                                               const IString& locale) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignMetaText(category, *table, MetaList::kCategory, index,
-                                              library_->Identifier(), locale.AsUTF8());
+    return table != nullptr && asset_meta::GetListText(*table, asset_meta::kCategory, index,
+                                                       category, locale, library_->Identifier());
 }
 
 std::uint64_t AssetDefinitionDataIterator::GetThumbnailCount() const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr ? MetaThumbnailCount(*table) : 0;
+    return table != nullptr ? asset_meta::ThumbnailCount(*table) : 0;
 }
 
 bool AssetDefinitionDataIterator::GetThumbnailName(std::uint64_t index, IString& name) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignThumbnailName(name, *table, index);
+    return table != nullptr && asset_meta::GetThumbnailName(*table, index, name);
 }
 
 bool AssetDefinitionDataIterator::GetThumbnail(std::uint64_t index, IString& uri) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignThumbnail(uri, *table, index);
+    return table != nullptr && asset_meta::GetThumbnail(*table, index, uri);
 }
 
 bool AssetDefinitionDataIterator::GetDescription(IString& description,
                                                  const IString& locale) const {
     const PropertyTableImp* const table = Listing();
     return table != nullptr &&
-           AssignDescription(description, *table, library_->Identifier(), locale.AsUTF8());
+           asset_meta::GetDescription(*table, description, locale, library_->Identifier());
 }
 
 bool AssetDefinitionDataIterator::IsHidden() const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && MetaHidden(*table);
+    return table != nullptr &&
+           asset_meta::Boolean(*table, PropertyTableImp::kIterationGroup, asset_meta::kHidden);
 }
 
 bool AssetDefinitionDataIterator::GetBaseSchema(IString& id) const {
     const PropertyTableImp* const table = Listing();
     if (table == nullptr) return false;
-    Assign(id, TextOf(*table, "BaseSchema"));
+    Assign(id, TextOf(*table, asset_meta::kBaseSchema));
     return true;
 }
 
 bool AssetDefinitionDataIterator::GetVersionGUID(IString& guid) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignVersionGUID(guid, *table);
+    if (table == nullptr) return false;
+    Assign(guid, asset_meta::VersionGuid(*table));
+    return true;
 }
 
 void AssetDefinitionDataIterator::Release() {
@@ -165,8 +171,9 @@ std::vector<nuo::string> DefinitionsOfType(GeneralLibrary& library, nuo::string_
     for (const nuo::string& name : library.RecordNames()) {
         const bool fits = Guarded(false, [&] {
             const PropertyTableImp& table = library.LoadListing(*library.FindRecord(name));
-            return TextOf(table, "assettype") == type || MetaAssetType(table) == type ||
-                   TextOf(table, "BaseSchema") == type;
+            const nuo::string stored = TextOf(table, asset_meta::kAssetType);
+            return stored == type || asset_meta::AssetTypeForHosts(stored) == type ||
+                   TextOf(table, asset_meta::kBaseSchema) == type;
         });
         if (fits) names.push_back(name);
     }

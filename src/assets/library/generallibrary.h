@@ -209,7 +209,6 @@ private:
     PropertyTableImp& MakeTable(HalvernAsset& record, KRVTSchemaDefinition& schema);
     PropertyTableImp& EnsureTable(HalvernAsset& record);
     void ReadGroup(HalvernAsset& record, std::size_t group);
-    void TakeLibraryIdentifier(PropertyTableImp& table);
     HalvernAsset* LoadConnected(nuo::string_ref name);
 
     // generallibrary_save.cpp

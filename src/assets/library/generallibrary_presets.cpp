@@ -1,6 +1,7 @@
 #include <set>
 
 #include "assets/asset/assetdefinition.h"
+#include "assets/asset/assetmeta.h"
 #include "assets/library/assetcopier.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/storedgroups.h"
@@ -42,9 +43,9 @@ AssetDefinition* GeneralLibrary::CreatePreset(PropertyTableImp& source, nuo::str
         if (present != nullptr) shared_.Leave(former);
         shared_.Enter(SharedEntry(*made));
     }
-    AssetDefinition* const definition = AsAssetDefinition(made);
-    definition->ResetCachedTexts();
-    return definition;
+    auto& definition = static_cast<AssetDefinition&>(*made);
+    definition.SetAssetLibId(identifier_);
+    return &definition;
 }
 
 AssetDefinition* GeneralLibrary::CopyDefinition(PropertyTableImp& source,
@@ -79,7 +80,7 @@ void GeneralLibrary::RewriteUris(PropertyTableImp& table) {
 }
 
 bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {
-    if (!(TextOf(definition, "AssetLibID") == identifier_) || !IsRecord(definition)) {
+    if (!(TextOf(definition, asset_meta::kAssetLibId) == identifier_) || !IsRecord(definition)) {
         HalvernError("The Preset doesn't belong to this library.").Deliver();
         return false;
     }
@@ -121,7 +122,7 @@ void GeneralLibrary::RebuildSharedAssets() {
 }
 
 SharedAssets::Entry GeneralLibrary::SharedEntry(const PropertyTableImp& table) const {
-    return {TextOf(table, "assettype"), TextOf(table, "UIName"), table.Name(),
+    return {TextOf(table, asset_meta::kAssetType), TextOf(table, asset_meta::kUiName), table.Name(),
             TextsOf(table, "physmat_aspects")};
 }
 

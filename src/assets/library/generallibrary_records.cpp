@@ -1,4 +1,5 @@
 #include "assets/asset/assetdefinition.h"
+#include "assets/asset/assetmeta.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/libraryconnectioncodec.h"
 #include "assets/library/librarymarkers.h"
@@ -13,9 +14,6 @@
 
 namespace korvanet::platform::assets {
 namespace {
-
-constexpr nuo::string_ref kBaseSchema{"BaseSchema"};
-constexpr nuo::string_ref kAssetLibId{"AssetLibID"};
 
 // A mark that is taken back when the work that it announces fails.
 class TentativeMark {
@@ -69,7 +67,7 @@ std::vector<nuo::string> GeneralLibrary::RecordNames() const {
 
 AssetDefinition* GeneralLibrary::LoadDefinition(nuo::string_ref identifier) {
     HalvernAsset* const record = FindRecord(identifier);
-    return record != nullptr ? AsAssetDefinition(&LoadRecord(*record)) : nullptr;
+    return record != nullptr ? &static_cast<AssetDefinition&>(LoadRecord(*record)) : nullptr;
 }
 
 PropertyTableImp& GeneralLibrary::LoadListing(HalvernAsset& record) {
@@ -82,7 +80,8 @@ PropertyTableImp& GeneralLibrary::LoadRecord(HalvernAsset& record) {
     PropertyTableImp& table = LoadListing(record);
     if (!record.instanceLoaded) {
         ReadGroup(record, PropertyTableImp::kReadWriteGroup);
-        if (role_ != Role::kDeserializer) TakeLibraryIdentifier(table);
+        if (role_ != Role::kDeserializer)
+            static_cast<AssetDefinition&>(table).SetAssetLibId(identifier_);
     }
     return table;
 }
@@ -161,13 +160,9 @@ void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
     if (!listing) ReadRecordHeader(in, form_);
     const LibraryConnectionCodec codec(*this);
     ReadRecordGroup(in, LayoutOf(schema), group, form_, table);
-    if (listing && !form_.has_base_schema) SetText(table, kBaseSchema, record.baseSchema);
+    if (listing && !form_.has_base_schema)
+        SetText(table, asset_meta::kBaseSchema, record.baseSchema);
     mark.Keep();
-}
-
-void GeneralLibrary::TakeLibraryIdentifier(PropertyTableImp& table) {
-    SetText(table, kAssetLibId, identifier_);
-    AsAssetDefinition(&table)->ResetCachedTexts();
 }
 
 HalvernAsset* GeneralLibrary::LoadConnected(nuo::string_ref name) {

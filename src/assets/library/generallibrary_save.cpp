@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "assets/asset/assetmeta.h"
 #include "assets/library/connectiondepth.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/ilegacycontent.h"
@@ -192,9 +193,9 @@ bool GeneralLibrary::WriteContents() {
     const auto part = OpenForRewrite(Path(kContentsPart));
     nuo::archive::mem_write_archive bytes;
     ForEachRecord([&](HalvernAsset& record) {
-        WriteTocEntry(
-            bytes, {record.identifier, TextOf(*record.table, "assettype"), record.definitionBlock,
-                    record.instanceBlock, TextOf(*record.table, "BaseSchema")});
+        WriteTocEntry(bytes, {record.identifier, TextOf(*record.table, asset_meta::kAssetType),
+                              record.definitionBlock, record.instanceBlock,
+                              TextOf(*record.table, asset_meta::kBaseSchema)});
     });
     const nuo::buffer<nuo::byte>& buffer = bytes.get_buffer();
     nuo::archive::write_all(*part->query_writer(), {buffer.begin(), buffer.end()});
