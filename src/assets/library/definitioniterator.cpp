@@ -50,7 +50,9 @@ bool AssetDefinitionDataIterator::GetName(IString& name) const {
 
 bool AssetDefinitionDataIterator::GetUIName(IString& name, const IString& locale) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && AssignUIName(name, *table, library_->Identifier(), locale.AsUTF8());
+    if (table == nullptr) return false;
+    Assign(name, asset_meta::UiName(*table, locale, library_->Identifier()));
+    return true;
 }
 
 std::uint64_t AssetDefinitionDataIterator::GetKeywordCount() const {

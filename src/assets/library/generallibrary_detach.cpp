@@ -5,6 +5,7 @@
 #include "assets/property/property.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemamanager.h"
+#include "velmor/runtime.h"
 
 namespace korvanet::platform::assets {
 namespace {

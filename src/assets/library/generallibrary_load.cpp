@@ -110,8 +110,9 @@ void GeneralLibrary::MakeNamespaces() {
     nuo::string name = identifier_;
     if (namespaces_.parent.findChild(name).valid()) name = nuo::string(name, MakeIdentifier());
     namespaces_ = LibraryNamespaces::Create(namespaces_.parent, name);
-    schemas_ = std::make_unique<SchemaManager>(host_.Context(), namespaces_.schema,
-                                               SchemaScope::kLibrary, &host_.Schemas(), this);
+    schemas_ =
+        std::make_unique<SchemaManager>(host_.Context(), namespaces_.schema, SchemaScope::kLibrary,
+                                        &host_.Schemas(), static_cast<const ISchemaLibrary*>(this));
     resources_ = std::make_unique<LibraryResources>(package_, host_, identifier_, scratch_folder_);
     liveness_ = std::shared_ptr<const GeneralLibrary>(this, [](const GeneralLibrary*) {});
 }

@@ -10,6 +10,7 @@
 #include "assets/schema/schemamanager.h"
 #include "nuo/common/buffer_archive.h"
 #include "velmor/object.h"
+#include "velmor/runtime.h"
 #include "velmor/scoped_object_creator.h"
 
 namespace korvanet::platform::assets {

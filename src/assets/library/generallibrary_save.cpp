@@ -35,7 +35,8 @@ void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
 }
 
 std::uint32_t StoreRecord(DataStore& store, const nuo::buffer<nuo::byte>& bytes) {
-    DataRecord record = store.Allocate(bytes.size());
+    if (bytes.size() > UINT32_MAX) NUO_RAISE(JpkFsErr);
+    DataRecord record = store.Allocate(static_cast<std::uint32_t>(bytes.size()));
     record.Write({bytes.begin(), bytes.end()});
     return record.Id();
 }

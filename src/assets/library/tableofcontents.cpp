@@ -15,7 +15,9 @@ std::vector<TocEntry> ReadTableOfContents(nuo::archive::iarchive& file, StreamVe
         in >> entry.identifier >> entry.asset_type >> entry.definition_block >>
             entry.instance_block;
         if (version.minor >= 1) in >> entry.base_schema;
-        if (entry.definition_block == kNoBlock || entry.instance_block == kNoBlock) continue;
+        if (entry.definition_block == HalvernAsset::kNoBlock ||
+            entry.instance_block == HalvernAsset::kNoBlock)
+            continue;
         entries.push_back(std::move(entry));
     }
     return entries;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "assets/library/versiontable.h"
+#include "assets/property/halvernasset.h"
 #include "nuo/common/iarchive.h"
 #include "nuo/common/string.h"
 
@@ -15,14 +16,11 @@
 
 namespace korvanet::platform::assets {
 
-// A block number that names no block.
-inline constexpr std::uint32_t kNoBlock = 0xFFFFFFFF;
-
 struct TocEntry {
     nuo::string identifier;
     nuo::string asset_type;
-    std::uint32_t definition_block = kNoBlock;
-    std::uint32_t instance_block = kNoBlock;
+    std::uint32_t definition_block = HalvernAsset::kNoBlock;
+    std::uint32_t instance_block = HalvernAsset::kNoBlock;
     nuo::string base_schema;
 };
 
