@@ -55,7 +55,7 @@ struct PresetValue {
 // read when they are asked for.
 //
 // Failures below the interface pass through as exceptions; each operation names those of its own.
-class GeneralLibrary : private ISchemaLibrary {
+class GeneralLibrary final : private ISchemaLibrary {
 public:
     enum class Role { kLibrary = 0, kSerializer = 1, kDeserializer = 2 };
     // What the package holds: the older layout, the older layout of a library that should be

@@ -93,8 +93,8 @@ void GeneralLibrary::PrepareForReload() {
     Tables tables;
     AppendTables(namespaces_.asset, tables);
     AppendTables(namespaces_.tmpAsset, tables);
-    for (PropertyTableImp* table : HeldTables(tables).All())
-        Detach(*table);
+    const HeldTables held(tables);
+    for (PropertyTableImp* table : held.All()) Detach(*table);
     ++generation_;
 }
 
