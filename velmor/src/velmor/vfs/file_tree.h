@@ -89,6 +89,12 @@ public:
         return er_ok;
     }
 
+    /// Destroys every node but the root.
+    void clear() noexcept {
+        root_.children.clear();
+        size_ = 0;
+    }
+
 private:
     static node* child(node& folder, nuo::string_ref name) noexcept {
         const auto found = folder.children.find(name);

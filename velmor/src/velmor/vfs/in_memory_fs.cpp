@@ -55,8 +55,9 @@ fs_error InMemory::remove(nuo::string_ref path) {
 fs_error InMemory::createDir(nuo::string_ref path) {
     if (imp_->readOnly) return er_permission_denied;
     if (private_::countComponents(path) > max_path_components) return er_invalid;
-    if (imp_->tree.locate(path) != nullptr) return er_exist;
-    return imp_->tree.create(path, state_directory, false) != nullptr ? er_ok : er_not_found;
+    const std::size_t before = imp_->tree.size();
+    if (imp_->tree.create(path, state_directory, false) == nullptr) return er_not_found;
+    return imp_->tree.size() > before ? er_ok : er_exist;
 }
 
 nuo::archive::archive_ptr InMemory::create(nuo::string_ref path, unsigned mode, unsigned flag) {

@@ -61,14 +61,19 @@ fs_error recursiveRemove(IVfs& fs, nuo::string_ref path) {
 }
 
 fs_error recursiveCreateDir(IVfs& fs, nuo::string_ref path) {
-    private_::PathWalker walker(path);
+    // Most of the way is there mostly, so it is looked for from below.
+    nuo::string_ref present = path;
+    int state = fs.state(present).state;
+    while (state == state_not_found && private_::countComponents(present) > 1) {
+        present = folderOf(present);
+        state = fs.state(present).state;
+    }
+    if (state != state_directory && state != state_not_found) return er_invalid;
+    const char* missing = state == state_directory ? present.end() : path.begin();
+    private_::PathWalker walker({missing, path.end()});
     nuo::string_ref component;
     while (walker.next(component)) {
-        const nuo::string_ref prefix(path.begin(), component.end());
-        const int state = fs.state(prefix).state;
-        if (state == state_directory) continue;
-        if (state != state_not_found) return er_invalid;
-        const fs_error result = fs.createDir(prefix);
+        const fs_error result = fs.createDir({path.begin(), component.end()});
         if (result != er_ok) return result;
     }
     return er_ok;

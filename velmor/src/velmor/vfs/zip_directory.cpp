@@ -1,6 +1,7 @@
 #include "velmor/vfs/zip_directory.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "nuo/common/archive/primitives.h"
 #include "velmor/vfs/vfs_functions.h"
@@ -18,7 +19,7 @@ using Bytes = nuo::buffer<byte>;
 
 // Folders that no entry stands for cost memory and hardly a byte of the file, so a small file could
 // ask for millions of them.
-constexpr std::size_t max_nodes = 0x40000;
+constexpr std::size_t max_nodes = 0x20000;
 
 // No entry takes more of the directory: the fixed part and three texts of 16-bit lengths.
 constexpr std::uint64_t max_record = zip_format::central_size + 3 * 0xFFFF;
@@ -71,7 +72,7 @@ Bytes readDirectoryBytes(nuo::archive::iarchive& source, const EndRecord& end) {
     return directory;
 }
 
-// Takes the entries of the directory one by one into the tree.
+// Parses the entries of the directory and puts them into the tree.
 class DirectoryReader {
 public:
     DirectoryReader(const Bytes& directory, nuo::archive::iarchive& source, IVfs& cache,
@@ -82,22 +83,34 @@ public:
           cache_(cache),
           tree_(tree) {}
 
-    void readEntry(std::uint32_t id);
+    void read(std::uint32_t count);
 
 private:
     using node = ZipTree::node;
 
+    struct Parsed {
+        std::uint64_t key;     // the first bytes that differ between entries, in string order
+        nuo::string_ref path;  // a view of the directory
+        file_header_ptr header;
+    };
+
     std::uint64_t left() const noexcept { return static_cast<std::uint64_t>(end_ - at_); }
+    void readEntry(std::uint32_t id);
     void readFixedPart(file_header& header);
     void readName(file_header& header);
+    void makeKeys() noexcept;
+    static bool sortsBefore(const Parsed& a, const Parsed& b) noexcept;
+    void placeAll(std::vector<Parsed> entries);
+    void place(Parsed& entry);
+    node& placeNode(nuo::string_ref path, int state);
     void checkDepth(nuo::string_ref path);
-    node& place(nuo::string_ref path, int state);
 
     const byte* at_;
     const byte* end_;
     nuo::archive::iarchive& source_;
     IVfs& cache_;
     ZipTree& tree_;
+    std::vector<Parsed> entries_;
     // Entries of one folder mostly stand together.
     nuo::string_ref folderPath_;
     node* folder_ = nullptr;
@@ -142,7 +155,7 @@ void DirectoryReader::checkDepth(nuo::string_ref path) {
         NUO_RAISE(archive_runtime_error, "too many folders in the name:", path);
 }
 
-DirectoryReader::node& DirectoryReader::place(nuo::string_ref path, int state) {
+DirectoryReader::node& DirectoryReader::placeNode(nuo::string_ref path, int state) {
     while (path.ends_with("/"))
         path = path.substr(0, path.size() - 1);
     const std::uint64_t cut = path.rfind('/');
@@ -156,24 +169,81 @@ DirectoryReader::node& DirectoryReader::place(nuo::string_ref path, int state) {
     return tree_.obtain(*folder_, path.substr(nameAt), state);
 }
 
+void DirectoryReader::place(Parsed& entry) {
+    checkDepth(entry.path);
+    nuo::string_ref component;
+    if (!private_::PathWalker(entry.path).next(component)) return;  // "" and "/" name the root
+    node& at = placeNode(entry.path, entry.header->state);
+    if (at.data != nullptr || at.state != entry.header->state)
+        NUO_RAISE(duplicated_file_name, entry.path);
+    at.data = entry.header;
+    if (tree_.size() > max_nodes) NUO_RAISE(archive_runtime_error, "too many folders");
+}
+
+void DirectoryReader::placeAll(std::vector<Parsed> entries) {
+    folder_ = nullptr;
+    for (Parsed& entry : entries)
+        place(entry);
+}
+
 void DirectoryReader::readEntry(std::uint32_t id) {
     auto header = std::make_shared<file_header>();
     readFixedPart(*header);
-    const byte* name = at_ + zip_format::central_size;
+    const auto* name = reinterpret_cast<const char*>(at_ + zip_format::central_size);
     readName(*header);
     header->id = id;
     header->source = &source_;
     header->cache = &cache_;
-    // A view of the buffer, since it must outlive the header for the next entry's comparison.
-    const nuo::string_ref path(reinterpret_cast<const char*>(name), header->name.size());
-    checkDepth(path);
-    nuo::string_ref component;
-    if (!private_::PathWalker(path).next(component)) return;  // "" and "/" name the root
-    node& at = place(path, header->state);
-    if (at.data != nullptr || at.state != header->state)
-        NUO_RAISE(duplicated_file_name, header->name);
-    at.data = std::move(header);
-    if (tree_.size() > max_nodes) NUO_RAISE(archive_runtime_error, "too many folders");
+    const nuo::string_ref path(name, header->name.size());
+    entries_.push_back({0, path, std::move(header)});
+}
+
+// Names of one package begin alike, so the keys begin behind what all of them share.
+void DirectoryReader::makeKeys() noexcept {
+    if (entries_.empty()) return;
+    const nuo::string_ref first = entries_.front().path;
+    std::uint64_t shared = first.size();
+    for (const Parsed& entry : entries_) {
+        const std::uint64_t most = std::min(shared, entry.path.size());
+        shared = 0;
+        while (shared < most && entry.path[shared] == first[shared])
+            ++shared;
+    }
+    for (Parsed& entry : entries_) {
+        for (std::uint64_t i = shared; i < shared + sizeof entry.key; ++i) {
+            // Turned over, signed bytes sort as unsigned ones.
+            const int next = i < entry.path.size() ? entry.path[i] ^ 0x80 : 0;
+            entry.key = entry.key << 8 | static_cast<unsigned char>(next);
+        }
+    }
+}
+
+bool DirectoryReader::sortsBefore(const Parsed& a, const Parsed& b) noexcept {
+    return a.key != b.key ? a.key < b.key : a.path < b.path;
+}
+
+// The tree is built in string order, where each node goes behind the one before: in the order of a
+// large directory every node would be searched for in memory that is no longer at hand.
+void DirectoryReader::read(std::uint32_t count) {
+    try {
+        for (std::uint32_t id = 0; id < count; ++id)
+            readEntry(id);
+    } catch (const nuo::exception&) {
+        placeAll(std::move(entries_));  // what an earlier entry breaks is told first
+        throw;
+    }
+    makeKeys();
+    if (std::is_sorted(entries_.begin(), entries_.end(), sortsBefore))
+        return placeAll(std::move(entries_));
+    std::vector<Parsed> sorted = entries_;
+    std::sort(sorted.begin(), sorted.end(), sortsBefore);
+    try {
+        placeAll(std::move(sorted));
+    } catch (const nuo::exception&) {
+        // Which entry is at fault, and how, is told by the order of the directory.
+        tree_.clear();
+        placeAll(std::move(entries_));
+    }
 }
 
 }  // namespace
@@ -182,8 +252,7 @@ std::uint32_t readZipDirectory(nuo::archive::iarchive& source, IVfs& cache, ZipT
     const EndRecord end = readEnd(source);
     const Bytes directory = readDirectoryBytes(source, end);
     DirectoryReader reader(directory, source, cache, tree);
-    for (std::uint32_t id = 0; id < end.entries; ++id)
-        reader.readEntry(id);
+    reader.read(end.entries);
     return end.entries;
 }
 
