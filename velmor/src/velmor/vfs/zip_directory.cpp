@@ -72,7 +72,7 @@ Bytes readDirectoryBytes(nuo::archive::iarchive& source, const EndRecord& end) {
     return directory;
 }
 
-// Parses the entries of the directory and puts them into the tree.
+// Checks the entries of the directory and puts them into the tree.
 class DirectoryReader {
 public:
     DirectoryReader(const Bytes& directory, nuo::archive::iarchive& source, IVfs& cache,
@@ -88,71 +88,87 @@ public:
 private:
     using node = ZipTree::node;
 
-    struct Parsed {
+    struct Entry {
         std::uint64_t key;     // the first bytes that differ between entries, in string order
-        nuo::string_ref path;  // a view of the directory
-        file_header_ptr header;
+        nuo::string_ref path;  // a view of the directory, as is the record
+        const byte* record;
+        std::uint32_t id;
     };
 
-    std::uint64_t left() const noexcept { return static_cast<std::uint64_t>(end_ - at_); }
-    void readEntry(std::uint32_t id);
-    void readFixedPart(file_header& header);
-    void readName(file_header& header);
+    void scanEntry(std::uint32_t id);
     void makeKeys() noexcept;
-    static bool sortsBefore(const Parsed& a, const Parsed& b) noexcept;
-    void placeAll(std::vector<Parsed> entries);
-    void place(Parsed& entry);
+    static bool sortsBefore(const Entry& a, const Entry& b) noexcept;
+    void placeAll(const std::vector<Entry>& entries);
+    void place(const Entry& entry);
     node& placeNode(nuo::string_ref path, int state);
-    void checkDepth(nuo::string_ref path);
+    file_header_ptr makeHeader(const Entry& entry) const;
 
     const byte* at_;
     const byte* end_;
     nuo::archive::iarchive& source_;
     IVfs& cache_;
     ZipTree& tree_;
-    std::vector<Parsed> entries_;
+    std::vector<Entry> entries_;
     // Entries of one folder mostly stand together.
     nuo::string_ref folderPath_;
     node* folder_ = nullptr;
 };
 
-void DirectoryReader::readFixedPart(file_header& header) {
-    using namespace zip_format;
-    if (left() >= 4 && get32(at_) != central_signature)
-        NUO_RAISE(bad_central_file_header_signature);
-    if (left() < central_size) NUO_RAISE(bad_no_enough_head_content);
-    header.flags = get16(at_ + 8);
-    header.method = get16(at_ + 10);
-    header.time = get16(at_ + 12);
-    header.date = get16(at_ + 14);
-    header.crc32 = get32(at_ + 16);
-    header.compressedSize = get32(at_ + 20);
-    header.uncompressedSize = get32(at_ + 24);
-    header.state = (get32(at_ + 38) & attribute_directory) != 0 ? state_directory : state_file;
-    header.headerOffset = get32(at_ + 42);
+std::uint64_t dataOffsetOf(const byte* record) noexcept {
+    // The local header is never read: its extra field is taken to be as long as the central one.
+    return std::uint64_t{zip_format::get32(record + 42)} + zip_format::local_size +
+           zip_format::get16(record + 28) + zip_format::get16(record + 30);
 }
 
-void DirectoryReader::readName(file_header& header) {
-    using namespace zip_format;
-    const std::uint64_t nameSize = get16(at_ + 28);
-    const std::uint64_t extraSize = get16(at_ + 30);
-    const std::uint64_t commentSize = get16(at_ + 32);
-    at_ += central_size;
-    if (nameSize + extraSize + commentSize > left()) NUO_RAISE(bad_no_enough_head_content);
-    // The local header is never read: its extra field is taken to be as long as this one.
-    const std::uint64_t data =
-        std::uint64_t{header.headerOffset} + local_size + nameSize + extraSize;
-    if (data >= file_header::no_offset) NUO_RAISE(bad_central_dir_offset_or_size);
-    header.dataOffset = static_cast<std::uint32_t>(data);
-    header.name = nuo::string_ref(reinterpret_cast<const char*>(at_), nameSize);
-    at_ += nameSize + extraSize + commentSize;
+int stateOf(const byte* record) noexcept {
+    const std::uint32_t attributes = zip_format::get32(record + 38);
+    return (attributes & zip_format::attribute_directory) != 0 ? state_directory : state_file;
 }
 
-void DirectoryReader::checkDepth(nuo::string_ref path) {
+void checkDepth(nuo::string_ref path) {
     // Half as many characters cannot hold more components.
     if (path.size() / 2 < max_path_components) return;
     if (private_::countComponents(path) > max_path_components)
         NUO_RAISE(archive_runtime_error, "too many folders in the name:", path);
+}
+
+bool namesTheRoot(nuo::string_ref path) noexcept {
+    nuo::string_ref component;
+    return !private_::PathWalker(path).next(component);
+}
+
+void DirectoryReader::scanEntry(std::uint32_t id) {
+    using namespace zip_format;
+    const auto left = static_cast<std::uint64_t>(end_ - at_);
+    if (left >= 4 && get32(at_) != central_signature) NUO_RAISE(bad_central_file_header_signature);
+    if (left < central_size) NUO_RAISE(bad_no_enough_head_content);
+    const std::uint64_t nameSize = get16(at_ + 28);
+    const std::uint64_t size = central_size + nameSize + get16(at_ + 30) + get16(at_ + 32);
+    if (size > left) NUO_RAISE(bad_no_enough_head_content);
+    if (dataOffsetOf(at_) >= file_header::no_offset) NUO_RAISE(bad_central_dir_offset_or_size);
+    const nuo::string_ref path(reinterpret_cast<const char*>(at_ + central_size), nameSize);
+    entries_.push_back({0, path, at_, id});
+    at_ += size;
+}
+
+file_header_ptr DirectoryReader::makeHeader(const Entry& entry) const {
+    using namespace zip_format;
+    auto header = std::make_shared<file_header>();
+    header->flags = get16(entry.record + 8);
+    header->method = get16(entry.record + 10);
+    header->time = get16(entry.record + 12);
+    header->date = get16(entry.record + 14);
+    header->crc32 = get32(entry.record + 16);
+    header->compressedSize = get32(entry.record + 20);
+    header->uncompressedSize = get32(entry.record + 24);
+    header->headerOffset = get32(entry.record + 42);
+    header->dataOffset = static_cast<std::uint32_t>(dataOffsetOf(entry.record));
+    header->name = nuo::string(entry.path);
+    header->state = stateOf(entry.record);
+    header->source = &source_;
+    header->cache = &cache_;
+    header->id = entry.id;
+    return header;
 }
 
 DirectoryReader::node& DirectoryReader::placeNode(nuo::string_ref path, int state) {
@@ -169,33 +185,20 @@ DirectoryReader::node& DirectoryReader::placeNode(nuo::string_ref path, int stat
     return tree_.obtain(*folder_, path.substr(nameAt), state);
 }
 
-void DirectoryReader::place(Parsed& entry) {
+void DirectoryReader::place(const Entry& entry) {
     checkDepth(entry.path);
-    nuo::string_ref component;
-    if (!private_::PathWalker(entry.path).next(component)) return;  // "" and "/" name the root
-    node& at = placeNode(entry.path, entry.header->state);
-    if (at.data != nullptr || at.state != entry.header->state)
-        NUO_RAISE(duplicated_file_name, entry.path);
-    at.data = entry.header;
+    if (namesTheRoot(entry.path)) return;
+    const int state = stateOf(entry.record);
+    node& at = placeNode(entry.path, state);
+    if (at.data != nullptr || at.state != state) NUO_RAISE(duplicated_file_name, entry.path);
+    at.data = makeHeader(entry);
     if (tree_.size() > max_nodes) NUO_RAISE(archive_runtime_error, "too many folders");
 }
 
-void DirectoryReader::placeAll(std::vector<Parsed> entries) {
+void DirectoryReader::placeAll(const std::vector<Entry>& entries) {
     folder_ = nullptr;
-    for (Parsed& entry : entries)
+    for (const Entry& entry : entries)
         place(entry);
-}
-
-void DirectoryReader::readEntry(std::uint32_t id) {
-    auto header = std::make_shared<file_header>();
-    readFixedPart(*header);
-    const auto* name = reinterpret_cast<const char*>(at_ + zip_format::central_size);
-    readName(*header);
-    header->id = id;
-    header->source = &source_;
-    header->cache = &cache_;
-    const nuo::string_ref path(name, header->name.size());
-    entries_.push_back({0, path, std::move(header)});
 }
 
 // Names of one package begin alike, so the keys begin behind what all of them share.
@@ -203,13 +206,13 @@ void DirectoryReader::makeKeys() noexcept {
     if (entries_.empty()) return;
     const nuo::string_ref first = entries_.front().path;
     std::uint64_t shared = first.size();
-    for (const Parsed& entry : entries_) {
+    for (const Entry& entry : entries_) {
         const std::uint64_t most = std::min(shared, entry.path.size());
         shared = 0;
         while (shared < most && entry.path[shared] == first[shared])
             ++shared;
     }
-    for (Parsed& entry : entries_) {
+    for (Entry& entry : entries_) {
         for (std::uint64_t i = shared; i < shared + sizeof entry.key; ++i) {
             // Turned over, signed bytes sort as unsigned ones.
             const int next = i < entry.path.size() ? entry.path[i] ^ 0x80 : 0;
@@ -218,31 +221,33 @@ void DirectoryReader::makeKeys() noexcept {
     }
 }
 
-bool DirectoryReader::sortsBefore(const Parsed& a, const Parsed& b) noexcept {
+bool DirectoryReader::sortsBefore(const Entry& a, const Entry& b) noexcept {
     return a.key != b.key ? a.key < b.key : a.path < b.path;
 }
 
-// The tree is built in string order, where each node goes behind the one before: in the order of a
-// large directory every node would be searched for in memory that is no longer at hand.
+// The tree is built in string order, where each node goes behind the one before and all of them lie
+// in memory as they are walked later. In the order of a large directory every step would lead to
+// memory that is no longer at hand.
 void DirectoryReader::read(std::uint32_t count) {
     try {
+        entries_.reserve(std::min<std::uint64_t>(
+            count, static_cast<std::uint64_t>(end_ - at_) / zip_format::central_size));
         for (std::uint32_t id = 0; id < count; ++id)
-            readEntry(id);
+            scanEntry(id);
     } catch (const nuo::exception&) {
-        placeAll(std::move(entries_));  // what an earlier entry breaks is told first
+        placeAll(entries_);  // what an earlier entry breaks is told first
         throw;
     }
     makeKeys();
-    if (std::is_sorted(entries_.begin(), entries_.end(), sortsBefore))
-        return placeAll(std::move(entries_));
-    std::vector<Parsed> sorted = entries_;
+    if (std::is_sorted(entries_.begin(), entries_.end(), sortsBefore)) return placeAll(entries_);
+    std::vector<Entry> sorted = entries_;
     std::sort(sorted.begin(), sorted.end(), sortsBefore);
     try {
-        placeAll(std::move(sorted));
+        placeAll(sorted);
     } catch (const nuo::exception&) {
         // Which entry is at fault, and how, is told by the order of the directory.
         tree_.clear();
-        placeAll(std::move(entries_));
+        placeAll(entries_);
     }
 }
 
