@@ -17,9 +17,9 @@ constexpr const char* no_end = "end central dir signature is not found";
 
 TEST_F(ZipDirectoryTest, ReadsBytesWrittenByHand) {
     const std::string zip(
-        "PK\x03\x04\x14\0\0\0\0\0\0\x60\x21\x5a\x9f\xe5\x38\x3c\x02\0\0\0\x02\0\0\0\x05\0\0\0"
+        "PK\x03\x04\x14\0\0\0\0\0\0\x60\x21\x5a\xac\x2a\x93\xd8\x02\0\0\0\x02\0\0\0\x05\0\0\0"
         "a.txthi"
-        "PK\x01\x02\x14\0\x14\0\0\0\0\0\0\x60\x21\x5a\x9f\xe5\x38\x3c\x02\0\0\0\x02\0\0\0\x05\0"
+        "PK\x01\x02\x14\0\x14\0\0\0\0\0\0\x60\x21\x5a\xac\x2a\x93\xd8\x02\0\0\0\x02\0\0\0\x05\0"
         "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
         "a.txt"
         "PK\x05\x06\0\0\0\0\x01\0\x01\0\x33\0\0\0\x25\0\0\0\0\0",
