@@ -1,0 +1,375 @@
+#include "assets/library/librarymarkers.h"
+#include "assets/library/tabletext.h"
+#include "assets/package/packageoptions.h"
+#include "support.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+constexpr char kVersionTable[] =
+    "AssetTableOfContents:3.1,\nDefinitionIteratorProperties:3.2,\nInstanceProperties:3.1,\n"
+    "AssetLibVersion:1.0\n";
+
+std::string Folder(TestLibrary& library) {
+    return library->Identifier().data();
+}
+
+void SetDepth(AssetDefinition& paint, double depth) {
+    auto* value =
+        dynamic_cast<IScalarValue*>(paint.FindProperty(nuo::string_ref("p_depth"))->GetValue());
+    ASSERT_TRUE(value->SetValue(depth));
+}
+
+double Depth(AssetDefinition& paint) {
+    return dynamic_cast<IScalarValue*>(paint.FindProperty(nuo::string_ref("p_depth"))->GetValue())
+        ->GetValue();
+}
+
+TEST(Saving, ANewLibraryHasItsPartsAndReadsBackEmpty) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, GeneralLibrary::Creating{"LIB-1", 0});
+        EXPECT_TRUE(library->Shared().Tag().empty());
+        bytes = library.SavedBytes();
+        EXPECT_EQ(library.Part("LIB-1/AssetData/AssetTableOfContents.bin"), "");
+        EXPECT_EQ(library.Part("LIB-1/AssetData/StreamVersionTable.inf"), kVersionTable);
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again->Identifier() == "LIB-1");
+    EXPECT_TRUE(again->RecordNames().empty());
+}
+
+TEST(Saving, AnIdentifierThatWouldBreakThePackageIsRefused) {
+    TestHost host;
+    for (const char* identifier :
+         {"", ".", "..", "qmx", "core.xml", "cnx.xml", "a/b", "a\\b", "a&b", "a<b", "a>b", "a\"b",
+          "a'b", "a\nb", "[Content_Types].xml", "korvanet-design-package.xml"})
+        EXPECT_THROW(TestLibrary(host, GeneralLibrary::Creating{identifier, 0}), JpkFsErr)
+            << identifier;
+}
+
+TEST(Saving, APresetIsReadBackWithItsValuesFromHandWrittenForms) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetDepth(AddPaint(*library, "Red"), 2.5);
+        bytes = library->SavedBytes();
+        // identifier, asset type, blocks 0 and 0, base schema
+        EXPECT_EQ(library->Part("LIB/AssetData/AssetTableOfContents.bin"),
+                  std::string("\x03\0\0\0Red\x12\0\0\0materialappearance\0\0\0\0\0\0\0\0\x0b\0\0\0"
+                              "PaintSchema",
+                              52));
+        const std::string store = library->Part("LIB/AssetData/InstanceProperties.bin");
+        ASSERT_EQ(store.size(), 16U + 136U);
+        // One record in block 0: schema, identifier, AssetLibID, p_depth, p_file, p_images, p_map
+        // and its tail, revision, version.
+        const std::string record(
+            "\x0b\0\0\0PaintSchema\x03\0\0\0Red\x03\0\0\0LIB"
+            "\0\0\0\0\0\0\x04\x40\0\0\0\0\x01\0\0\0\0\0\0\0"
+            "\0\0\0\0\0\0\0\0\0\x01\0\0\0\x01\0\0\0",
+            15 + 7 + 7 + 8 + 4 + 8 + 8 + 1 + 8);
+        EXPECT_EQ(store.substr(16, 8), std::string("\xFF\xFF\xFF\xFF", 4) +
+                                           static_cast<char>(record.size()) +
+                                           std::string("\0\1\0", 3));
+        EXPECT_EQ(store.substr(24, record.size()), record);
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(Depth(again.Definition("Red")), 2.5);
+    EXPECT_TRUE(again.Text("Red", "BaseSchema") == "PaintSchema");
+    EXPECT_TRUE(again.Text("Red", "AssetLibID") == "LIB");
+}
+
+TEST(Saving, AChangedRecordGetsNewBlocksAndItsOldChainServesTheNextRecordOfTheSameSave) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AddPaint(*library, "A");
+    AddPaint(*library, "B");
+    library->SavedBytes();
+    const std::uint32_t first = (*library)->FindRecord("A")->instanceBlock;
+    const std::uint32_t second = (*library)->FindRecord("B")->instanceBlock;
+    (*library)->FindRecord("A")->state = 1;
+    (*library)->FindRecord("B")->state = 1;
+    library->SavedBytes();
+    // A's own chain is free before its new one is taken, so it comes back; B takes its own
+    // likewise.
+    EXPECT_EQ((*library)->FindRecord("A")->instanceBlock, first);
+    EXPECT_EQ((*library)->FindRecord("B")->instanceBlock, second);
+    EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 2U);
+}
+
+TEST(Saving, ARemovedPresetsBlocksAreUsedByTheNextSave) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AddPaint(*library, "A").AddReference();
+    AddPaint(*library, "B");
+    library->SavedBytes();
+    AssetDefinition& removed = library->Definition("A");
+    ASSERT_TRUE((*library)->RemovePreset(removed));
+    removed.Release();
+    AddPaint(*library, "C");
+    library->SavedBytes();
+    EXPECT_EQ((*library)->FindRecord("C")->instanceBlock, 0U);
+    EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 2U);
+}
+
+TEST(Saving, UnchangedRecordsKeepTheirBlocksAndBytes) {
+    TestHost host;
+    TestLibrary library(host, "aged.jpk", true);
+    const std::string before = library.Part(Folder(library) + "/AssetData/InstanceProperties.bin");
+    library.SavedBytes();
+    EXPECT_EQ(library.Part(Folder(library) + "/AssetData/InstanceProperties.bin").substr(16),
+              before.substr(16));
+}
+
+TEST(Saving, SavingTwiceWritesTheVersionTableOnce) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    EXPECT_TRUE((*library)->VersionTableDirty());
+    library->SavedBytes();
+    EXPECT_FALSE((*library)->VersionTableDirty());
+    library->package->remove("LIB/AssetData/StreamVersionTable.inf");
+    library->SavedBytes();
+    EXPECT_EQ(library->Part("LIB/AssetData/StreamVersionTable.inf"), "");
+}
+
+TEST(Saving, ASetVersionIsWrittenAndReadBack) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    (*library)->SetVersion(12);
+    TestLibrary again(host, library->SavedBytes(), false);
+    EXPECT_EQ(again->Version().version, 12U);
+}
+
+TEST(Saving, AVersionTableWithoutTheLibraryVersionIsRewrittenByTheNextSave) {
+    TestHost host;
+    TestLibrary library(host, "no-lib-version.jpk", true);
+    EXPECT_EQ(library->Version().version, 1U);
+    EXPECT_TRUE(library->VersionTableDirty());
+    library.SavedBytes();
+    EXPECT_EQ(library.Part(Folder(library) + "/AssetData/StreamVersionTable.inf"), kVersionTable);
+}
+
+TEST(Saving, ATableOfContentsOfThreeDotZeroIsThreeDotOneAfterwards) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, "toc-3-0.jpk", true);
+        EXPECT_TRUE(library->FindRecord("Bitmap-001")->baseSchema.empty());
+        EXPECT_TRUE(library->VersionTableDirty());
+        bytes = library.SavedBytes();
+        EXPECT_EQ(library.Part(Folder(library) + "/AssetData/StreamVersionTable.inf").substr(0, 26),
+                  "AssetTableOfContents:3.1,\n");
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again->FindRecord("Bitmap-001")->baseSchema == "UnifiedBitmapSchema");
+}
+
+TEST(Saving, RecordsOfAnOlderMinorVersionAreAllRewritten) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, "definitions-3-1.jpk", true);
+        EXPECT_TRUE(library.Text("Bitmap-001", "VersionGUID").empty());
+        bytes = library.SavedBytes();
+        EXPECT_EQ(library->DefinitionVersion(), kDefinitionVersion);
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(again->DefinitionVersion(), kDefinitionVersion);
+    EXPECT_TRUE(again.Text("Bitmap-001", "UIName") == "TEX_1");
+    EXPECT_EQ(again.Definition("Bitmap-001").GetRevision(), 90);
+}
+
+TEST(Saving, AStoreOfMajorVersionFourOpensAndIsNeverRewritten) {
+    TestHost host;
+    TestLibrary library(host, "instances-v4.jpk", true);
+    EXPECT_FALSE(library->Save());
+}
+
+TEST(Saving, AReadOnlyLibraryIsNotSaved) {
+    TestHost host;
+    TestLibrary library(host, "starter-read-only.jpk", true);
+    EXPECT_TRUE(library->ReadOnly());
+    EXPECT_FALSE(library->Save());
+}
+
+TEST(Saving, TheReadOnlyMarkTakesEffectAfterTheSaveThatStoresIt) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    (*library)->SetReadOnlyOption();
+    EXPECT_TRUE((*library)->IsReadOnlyOption());
+    EXPECT_FALSE((*library)->ReadOnly());
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    EXPECT_TRUE((*library)->ReadOnly());
+    EXPECT_FALSE((*library)->Save());
+    library.reset();
+    TestLibrary again(host, bytes, true);
+    EXPECT_TRUE(again->ReadOnly());
+}
+
+TEST(Saving, OptionsOfTheCreationAreStoredInDecimal) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"LIB", 65});
+    library.SavedBytes();
+    const nuo::any value =
+        library.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}));
+    ASSERT_FALSE(value.empty());
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uint32");
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "65");
+}
+
+TEST(Saving, ADefinitionOfAnUnknownSchemaStopsTheSaveWithItsName) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AddPaint(*library, "Red");
+        library->SavedBytes();
+        library->package->remove("LIB/Schemas/PaintSchema.xml");
+        library->package->sync();
+        library->zip->commit();
+        bytes = library->archive.get_buffer();
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, true);
+    EXPECT_THROW(again->LoadDefinition("Red"), SchemaNotFoundErr);
+    try {
+        again->Save();
+        ADD_FAILURE();
+    } catch (const SchemaNotFoundErr& failure) {
+        EXPECT_TRUE(nuo::string_ref(failure.what()).ends_with(")Red"));
+    }
+}
+
+TEST(Saving, ConnectionsAreStoredByIdentifierAndBoundAgain) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AssetDefinition& wall = AddPaint(*library, "Wall");
+        wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*library, "Spots"));
+        bytes = library->SavedBytes();
+        EXPECT_NE(library->Part("LIB/AssetData/InstanceProperties.bin")
+                      .find(std::string("\x01\x01\x01\0\0\0\x15\0\0\0.slib.LIB.asset.Spots", 31)),
+                  std::string::npos);
+    }
+    TestLibrary again(host, bytes, false);
+    const PropertyBase& map = *again.Definition("Wall").FindProperty(nuo::string_ref("p_map"));
+    ASSERT_EQ(map.GetConnectedAssetCount(), 1U);
+    EXPECT_EQ(map.ConnectedTable(0), &again.Definition("Spots"));
+    EXPECT_FALSE(again->HasOutstandingReferences());
+}
+
+TEST(Saving, DefinitionsThatAreConnectedInACircleAreStoredAndRead) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AssetDefinition& a = AddPaint(*library, "A");
+        AssetDefinition& b = AddPaint(*library, "B");
+        a.FindProperty(nuo::string_ref("p_map"))->AppendConnection(b);
+        b.FindProperty(nuo::string_ref("p_map"))->AppendConnection(a);
+        bytes = library->SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(again.Definition("A").FindProperty(nuo::string_ref("p_map"))->ConnectedTable(0),
+              &again.Definition("B"));
+    EXPECT_EQ(again.Definition("B").FindProperty(nuo::string_ref("p_map"))->ConnectedTable(0),
+              &again.Definition("A"));
+}
+
+// Connects N + 1 definitions in a row.
+void Chain(TestLibrary& library, int length) {
+    AssetDefinition* before = nullptr;
+    for (int index = 0; index <= length; ++index) {
+        AssetDefinition& made = AddPaint(library, ("D" + std::to_string(1000 + index)).c_str());
+        if (before != nullptr)
+            before->FindProperty(nuo::string_ref("p_map"))->AppendConnection(made);
+        before = &made;
+    }
+}
+
+TEST(Saving,
+     AChainOfSixtyFourConnectionsIsStoredAndReadAndALongerOneIsRefusedBeforeAnythingIsWritten) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        Chain(*library, 64);
+        bytes = library->SavedBytes();
+    }
+    {
+        TestLibrary again(host, bytes, false);
+        EXPECT_NE(again->LoadDefinition("D1000"), nullptr);
+    }
+    auto library = MakePaintLibrary(host);
+    Chain(*library, 65);
+    EXPECT_THROW((*library)->Save(), JpkFsErr);
+    EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 0U);
+}
+
+TEST(Saving, APropertyThatTheSchemaGainsIsWrittenWithItsDefaultAndOldRecordsFollow) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetDepth(AddPaint(*library, "Red"), 7);
+        bytes = library->SavedBytes();
+    }
+    {
+        TestLibrary library(host, bytes, true);
+        ASSERT_NE(library->Schemas()
+                      .FindOwn("PaintSchema")
+                      ->AddIntegerProperty(L"a_count", PropertyFlags::kPublic, L"", 42, nullptr),
+                  nullptr);
+        EXPECT_EQ(Depth(library.Definition("Red")), 7);
+        bytes = library.SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    AssetDefinition& red = again.Definition("Red");
+    EXPECT_EQ(Depth(red), 7);
+    ASSERT_NE(red.FindProperty(nuo::string_ref("a_count")), nullptr);
+    EXPECT_EQ(dynamic_cast<IIntegerValue*>(red.FindProperty(nuo::string_ref("a_count"))->GetValue())
+                  ->GetValue(),
+              42);
+}
+
+TEST(Saving, APropertyThatTheBaseGainsReachesTheRecordsOfDerivedSchemas) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetDepth(AddPaint(*library, "Red"), 7);
+        library->SavedBytes();
+        ASSERT_NE((*library)
+                      ->Schemas()
+                      .FindOwn("CommonSchema")
+                      ->AddStringProperty(L"Owner", PropertyFlags::kPublic, L"", L"nobody"),
+                  nullptr);
+        bytes = library->SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(Depth(again.Definition("Red")), 7);
+    EXPECT_TRUE(again.Text("Red", "Owner") == "nobody");
+}
+
+TEST(Saving, AFailedSaveCanBeRepeated) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    Chain(*library, 65);
+    EXPECT_THROW((*library)->Save(), JpkFsErr);
+    library->Definition("D1064").FindProperty(nuo::string_ref("p_map"))->ClearConnections();
+    EXPECT_TRUE((*library)->Save());
+}
+
+TEST(Saving, TheOlderLayoutIsNotWrittenWithoutAWriter) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"LIB", GeneralLibrary::kLegacyOption});
+    EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacy);
+    EXPECT_EQ(library.package->state("qmx/LIB/resources").state, velmor::fs::state_directory);
+    EXPECT_FALSE(library->Save());
+}
+
+}  // namespace
+}  // namespace korvanet::platform::assets
