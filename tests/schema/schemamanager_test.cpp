@@ -1,0 +1,198 @@
+#include "assets/schema/schemamanager.h"
+
+#include "assets/schema/schemamerge.h"
+#include "schema/support.h"
+
+namespace korvanet::platform::assets {
+
+using namespace PropertyFlags;
+
+class SchemaManagerTest : public SchemaTest {
+protected:
+    SchemaManager& global = *world.global;
+    SchemaManager library{world.context, world.MakeNamespace("lib"), SchemaScope::kLibrary, &world};
+    SchemaManager batch{world.context, world.MakeNamespace("batch"), SchemaScope::kBatch, &world};
+
+    static nuo::string Text(const char* text) { return text; }
+};
+
+TEST_F(SchemaManagerTest, AnEmptySetHasNoSchemas) {
+    EXPECT_EQ(global.GetSchemaCount(), 0u);
+    EXPECT_EQ(global.GetSchema(0), nullptr);
+    EXPECT_EQ(global.Find("CommonSchema"), nullptr);
+    EXPECT_FALSE(global.HasPending());
+}
+
+TEST_F(SchemaManagerTest, SchemasStandInTheOrderOfTheirIds) {
+    KRVTSchemaDefinition* common = LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* a = LoadGlobal(DerivedXml("A", "CommonSchema", ""));
+    KRVTSchemaDefinition* z = LoadGlobal(DerivedXml("Z", "CommonSchema", ""));
+    EXPECT_EQ(global.GetSchemaCount(), 3u);
+    EXPECT_EQ(global.GetSchema(0), a);
+    EXPECT_EQ(global.GetSchema(1), common);
+    EXPECT_EQ(global.GetSchema(2), z);
+    EXPECT_EQ(global.GetSchema(3), nullptr);
+    EXPECT_TRUE(common->IsPinned());
+    EXPECT_EQ(common->ReferenceCount(), 0u);
+}
+
+TEST_F(SchemaManagerTest, FindLooksInTheOwnSetAndThenInTheGlobalOne) {
+    KRVTSchemaDefinition* shared = LoadGlobal(CommonXml());
+    EXPECT_EQ(library.Find("CommonSchema"), shared);
+    EXPECT_EQ(library.FindOwn("CommonSchema"), nullptr);
+    KRVTSchemaDefinition* own = Load(library, CommonXml());
+    EXPECT_EQ(library.Find("CommonSchema"), own);
+    EXPECT_NE(own, shared);
+    EXPECT_EQ(global.Find("CommonSchema"), shared);
+}
+
+TEST_F(SchemaManagerTest, CreateSchemaGivesAnExistingOne) {
+    KRVTSchemaDefinition* common = LoadGlobal(CommonXml());
+    EXPECT_EQ(global.CreateSchema("CommonSchema", "other", nullptr), common);
+}
+
+TEST_F(SchemaManagerTest, CreateSchemaNeedsAnId) {
+    LoadGlobal(CommonXml());
+    EXPECT_EQ(global.CreateSchema("", "t", nullptr), nullptr);
+}
+
+TEST_F(SchemaManagerTest, ANewSchemaStandsOnTheRootUnlessToldOtherwise) {
+    EXPECT_EQ(global.CreateSchema("S", "t", nullptr), nullptr);
+    KRVTSchemaDefinition* common = LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* schema = global.CreateSchema("S", "t", nullptr);
+    ASSERT_NE(schema, nullptr);
+    EXPECT_EQ(schema->BaseDefinition(), common);
+    EXPECT_EQ(TextOf(Find(*schema, "BaseSchema")), "CommonSchema");
+    EXPECT_EQ(Find(*schema, "BaseSchema").GetFlags(), kDefinitionIteratorData);
+    EXPECT_EQ(TextOf(Find(*schema, "assettype")), "t");
+    EXPECT_EQ(Find(*schema, "assettype").GetFlags(), kReadOnly);
+    EXPECT_EQ(Str(Find(*schema, "assettype").Descriptor().label), "assettype");
+    EXPECT_TRUE(Has(*schema, "UIName"));
+    EXPECT_EQ(global.FindOwn("S"), schema);
+    EXPECT_TRUE(schema->IsPinned());
+}
+
+TEST_F(SchemaManagerTest, TheAssetTypeMustBeThatOfTheBase) {
+    LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* base = global.CreateSchema("B", "texture", nullptr);
+    EXPECT_EQ(global.CreateSchema("S", "light", base), nullptr);
+    EXPECT_EQ(global.CreateSchema("S", "", base), nullptr);
+    EXPECT_NE(global.CreateSchema("S", "texture", base), nullptr);
+}
+
+TEST_F(SchemaManagerTest, ABaseOfAnotherSetIsReplacedByTheOneOfItsId) {
+    KRVTSchemaDefinition* shared = LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* own = Load(library, CommonXml());
+    KRVTSchemaDefinition* schema = global.CreateSchema("S", "t", own);
+    ASSERT_NE(schema, nullptr);
+    EXPECT_EQ(schema->BaseDefinition(), shared);
+    KRVTSchemaDefinition* stranger = Load(library, DerivedXml("X", "CommonSchema", ""));
+    EXPECT_EQ(global.CreateSchema("T", "", stranger), nullptr);
+}
+
+TEST_F(SchemaManagerTest, TheGlobalSetRefusesAnEmptyRootSchema) {
+    EXPECT_EQ(global.CreateSchema("CommonSchema", "", nullptr), nullptr);
+    EXPECT_NE(library.CreateSchema("CommonSchema", "", nullptr), nullptr);
+}
+
+TEST_F(SchemaManagerTest, AddSchemaMakesTwinsBasesFirst) {
+    Load(library, CommonXml());
+    KRVTSchemaDefinition* middle =
+        Load(library, DerivedXml("Middle", "CommonSchema",
+                                 "<type val=\"t\"/><Float id=\"m\" val=\"2\"/>"
+                                 "<PropertyAlias alias=\"em\" id=\"m\"/>"));
+    KRVTSchemaDefinition* leaf =
+        Load(library, DerivedXml("Leaf", "Middle", "<type val=\"t\"/><Float id=\"m\" val=\"3\"/>"));
+    EXPECT_TRUE(global.AddSchema(leaf));
+    EXPECT_EQ(global.GetSchemaCount(), 3u);
+    KRVTSchemaDefinition* twin = global.FindOwn("Leaf");
+    ASSERT_NE(twin, nullptr);
+    EXPECT_NE(twin, leaf);
+    EXPECT_EQ(twin->BaseDefinition(), global.FindOwn("Middle"));
+    EXPECT_EQ(NumberOf(Find(*twin, "m")), 3);
+    EXPECT_EQ(NumberOf(Find(*global.FindOwn("Middle"), "m")), 2);
+    EXPECT_EQ(twin->FindByNameOrAlias("em"), &Find(*twin, "m"));
+    EXPECT_EQ(NamesOf(*twin), NamesOf(*leaf));
+    EXPECT_FALSE(twin->IsRegistered());
+    EXPECT_FALSE(leaf->IsInconsistent());
+    EXPECT_FALSE(middle->IsInconsistent());
+    for (const PropertyBase* property : leaf->Properties()) {
+        EXPECT_EQ(Find(*twin, property->Name().c_str()).GetFlags(), property->GetFlags())
+            << Str(property->Name());
+    }
+}
+
+TEST_F(SchemaManagerTest, AddSchemaOfAGlobalSchemaIsTrueAtOnce) {
+    KRVTSchemaDefinition* common = LoadGlobal(CommonXml());
+    EXPECT_TRUE(global.AddSchema(common));
+    EXPECT_FALSE(global.AddSchema(nullptr));
+}
+
+TEST_F(SchemaManagerTest, AddSchemaOnAGlobalBaseMergesNothingIntoTheBase) {
+    LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* schema = Load(batch, DerivedXml("S", "CommonSchema", ""));
+    ASSERT_EQ(schema->BaseDefinition(), global.FindOwn("CommonSchema"));
+    EXPECT_TRUE(global.AddSchema(schema));
+    EXPECT_EQ(global.FindOwn("S")->BaseDefinition(), global.FindOwn("CommonSchema"));
+}
+
+TEST_F(SchemaManagerTest, AddSchemaRefusesARootSchemaThatLacksSomething) {
+    KRVTSchemaDefinition* common =
+        Load(library, "<AssetSchema><UID val=\"CommonSchema\"/></AssetSchema>");
+    ASSERT_NE(common, nullptr);
+    EXPECT_FALSE(global.AddSchema(common));
+    EXPECT_EQ(global.GetSchemaCount(), 0u);
+}
+
+TEST_F(SchemaManagerTest, AddSchemaMergesIntoTheOneThatIsThere) {
+    LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* there = LoadGlobal(DerivedXml("S", "CommonSchema", ""));
+    KRVTSchemaDefinition* more =
+        Load(batch, DerivedXml("S", "CommonSchema", "<Float id=\"p\" val=\"2\"/>"));
+    EXPECT_TRUE(global.AddSchema(more));
+    EXPECT_EQ(global.FindOwn("S"), there);
+    EXPECT_EQ(NumberOf(Find(*there, "p")), 2);
+    KRVTSchemaDefinition* conflicting =
+        Load(library, DerivedXml("S", "CommonSchema", "<Float id=\"p\" val=\"3\"/>"));
+    EXPECT_FALSE(global.AddSchema(conflicting));
+    EXPECT_EQ(NumberOf(Find(*there, "p")), 2);
+}
+
+TEST_F(SchemaManagerTest, AddSchemaRefusesAnotherBase) {
+    LoadGlobal(CommonXml());
+    LoadGlobal(DerivedXml("B", "CommonSchema", ""));
+    LoadGlobal(DerivedXml("S", "CommonSchema", ""));
+    EXPECT_FALSE(global.AddSchema(Load(batch, DerivedXml("S", "B", ""))));
+}
+
+TEST_F(SchemaManagerTest, ANewSchemaThatIsRefusedLeavesNothingBehind) {
+    LoadGlobal(CommonXml());
+    // The base has another asset type than its child.
+    LoadGlobal(DerivedXml("B", "CommonSchema", "<type val=\"texture\"/>"));
+    EXPECT_FALSE(global.AddSchema(Load(batch, DerivedXml("S", "B", "<type val=\"light\"/>"))));
+    EXPECT_EQ(global.FindOwn("S"), nullptr);
+    EXPECT_EQ(global.GetSchemaCount(), 2u);
+}
+
+TEST_F(SchemaManagerTest, ALongChainOfBasesIsAdded) {
+    Load(library, CommonXml());
+    std::string base = "CommonSchema";
+    for (int i = 0; i < 300; ++i) {
+        const std::string id = "S" + std::to_string(i);
+        ASSERT_NE(Load(library, DerivedXml(id, base, "")), nullptr);
+        base = id;
+    }
+    EXPECT_TRUE(global.AddSchema(library.FindOwn(nuo::string(base.c_str()))));
+    EXPECT_EQ(global.GetSchemaCount(), 301u);
+}
+
+TEST_F(SchemaManagerTest, ClearDestroysAllSchemasAndWhatIsPending) {
+    Load(library, CommonXml());
+    Load(library, DerivedXml("S", "Missing", ""));
+    EXPECT_TRUE(library.HasPending());
+    library.Clear();
+    EXPECT_EQ(library.GetSchemaCount(), 0u);
+    EXPECT_FALSE(library.HasPending());
+}
+
+}  // namespace korvanet::platform::assets
