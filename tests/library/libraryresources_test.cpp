@@ -1,0 +1,180 @@
+#include "assets/library/libraryresources.h"
+
+#include <sys/resource.h>
+
+#include "assets/library/resourceuri.h"
+#include "assets/library/tabletext.h"
+#include "support.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+using core::UTF8String;
+
+class Resources : public ::testing::Test {
+protected:
+    void SetUp() override { library = MakePaintLibrary(host); }
+    LibraryResources& Of() { return (*library)->Resources(); }
+    nuo::string Add(const std::string& file, const char* type = "") {
+        return Of().Add(file.c_str(), type, Of().CommonFolder());
+    }
+    void SetFile(AssetDefinition& paint, const std::string& value) {
+        auto* uri =
+            dynamic_cast<IUriValue*>(paint.FindProperty(nuo::string_ref("p_file"))->GetValue());
+        ASSERT_TRUE(uri->SetValue(UTF8String(value.c_str()).AsWide()));
+    }
+
+    TestHost host;
+    std::unique_ptr<TestLibrary> library;
+};
+
+TEST_F(Resources, AFileOfTheHostLiesInTheCommonFolder) {
+    EXPECT_TRUE(Add(host.MakeFile("a.png", "one")) == "LIB/Resources/a.png");
+    EXPECT_EQ(library->Part("LIB/Resources/a.png"), "one");
+}
+
+TEST_F(Resources, TheSameFileTwiceGivesOnePath) {
+    const std::string file = host.MakeFile("a.png", "one");
+    EXPECT_TRUE(Add(file) == "LIB/Resources/a.png");
+    EXPECT_TRUE(Add(file) == "LIB/Resources/a.png");
+    EXPECT_EQ(library->Part("LIB/Resources/a(1).png"), "");
+}
+
+TEST_F(Resources, WithATypeTheSameFileIsStoredAgain) {
+    const std::string file = host.MakeFile("a.png", "one");
+    Add(file);
+    EXPECT_TRUE(Add(file, "texture") == "LIB/Resources/a(1).png");
+}
+
+TEST_F(Resources, TwoFilesOfOneNameGetNumbers) {
+    EXPECT_TRUE(Add(host.MakeFile("x/a.png", "1")) == "LIB/Resources/a.png");
+    EXPECT_TRUE(Add(host.MakeFile("y/a.png", "2")) == "LIB/Resources/a(1).png");
+    EXPECT_TRUE(Add(host.MakeFile("z/a.png", "3")) == "LIB/Resources/a(2).png");
+    EXPECT_EQ(library->Part("LIB/Resources/a(1).png"), "2");
+}
+
+TEST_F(Resources, ATargetThatStandsThereSinceBeforeIsNotOverwritten) {
+    Add(host.MakeFile("x/a.png", "old"));
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    library.reset();
+    TestLibrary again(host, bytes, true);
+    EXPECT_TRUE(again->Resources().Add(host.MakeFile("y/a.png", "new").c_str(), "",
+                                       again->Resources().CommonFolder()) ==
+                "LIB/Resources/a(1).png");
+    EXPECT_EQ(again.Part("LIB/Resources/a.png"), "old");
+}
+
+TEST_F(Resources, AFileWithoutExtensionGetsItsNumberWithoutADot) {
+    Add(host.MakeFile("x/readme", "1"));
+    EXPECT_TRUE(Add(host.MakeFile("y/readme", "2")) == "LIB/Resources/readme(1)");
+}
+
+TEST_F(Resources, AfterAHundredTakenNamesAFileIsRefused) {
+    for (int index = 0; index <= 100; ++index)
+        ASSERT_FALSE(Add(host.MakeFile("f" + std::to_string(index) + "/a.png", "x")).empty());
+    EXPECT_TRUE(library->Part("LIB/Resources/a(100).png") == "x");
+    // The number is kept: each further file begins its search behind the last one.
+    EXPECT_TRUE(Add(host.MakeFile("g/a.png", "x")) == "LIB/Resources/a(101).png");
+    for (int index = 1; index <= 100; ++index)
+        ASSERT_FALSE(Add(host.MakeFile("h/b(" + std::to_string(index) + ").png", "x")).empty());
+    ASSERT_TRUE(Add(host.MakeFile("i/b.png", "x")) == "LIB/Resources/b.png");
+    EXPECT_TRUE(Add(host.MakeFile("j/b.png", "x")).empty());
+}
+
+TEST_F(Resources, HashAndAmpersandInAFileNameAreEscaped) {
+    EXPECT_TRUE(Add(host.MakeFile("a#b.png", "1")) == "LIB/Resources/a%23b.png");
+    EXPECT_TRUE(Add(host.MakeFile("a&b.png", "1")) == "LIB/Resources/a%26b.png");
+}
+
+TEST_F(Resources, AMissingFileAndAFolderGiveNothing) {
+    EXPECT_TRUE(Add(host.Folder() + "/none.png").empty());
+    EXPECT_TRUE(Add(host.Folder()).empty());
+    EXPECT_TRUE(Add("jpk:?asset=/LIB/none.png").empty());
+    EXPECT_TRUE(Add("").empty());
+}
+
+TEST_F(Resources, AFileUriNamesItsFile) {
+    EXPECT_TRUE(Add("file://" + host.MakeFile("a.png", "one")) == "LIB/Resources/a.png");
+}
+
+TEST_F(Resources, AResourceOfThisLibraryIsCopiedUnderItsOwnName) {
+    Add(host.MakeFile("a.png", "one"));
+    EXPECT_TRUE(Add("jpk:?asset=/LIB/Resources/a.png") == "LIB/Resources/a(1).png");
+    EXPECT_EQ(library->Part("LIB/Resources/a(1).png"), "one");
+}
+
+TEST_F(Resources, AnOpenedPartOutlivesTheLibrary) {
+    Add(host.MakeFile("a.png", "one"));
+    const auto part = Of().OpenPart("LIB/Resources/a.png");
+    library.reset();
+    char bytes[3] = {};
+    EXPECT_EQ(part->query_reader()->read({bytes, 3}) - reinterpret_cast<nuo::byte*>(bytes), 3);
+    EXPECT_EQ(std::string(bytes, 3), "one");
+}
+
+TEST_F(Resources, AValueThatIsSavedNamesTheFileInsideTheLibrary) {
+    AssetDefinition& red = AddPaint(*library, "Red");
+    SetFile(red, host.MakeFile("a.png", "one"));
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    EXPECT_TRUE(library->Text("Red", "p_file") == "jpk:?asset=/LIB/Resources/Red/p_file/0/a.png");
+    library.reset();
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("Red", "p_file") == "jpk:?asset=/LIB/Resources/Red/p_file/0/a.png");
+    EXPECT_EQ(again.Part("LIB/Resources/Red/p_file/0/a.png"), "one");
+}
+
+TEST_F(Resources, ARelativeNameIsFoundThroughTheSearchPaths) {
+    host.MakeFile("textures/1/Mats/oak.png", "oak");
+    host.search_path = host.Folder() + "/textures";
+    SetFile(AddPaint(*library, "Red"), "1/Mats/oak.png");
+    library->SavedBytes();
+    EXPECT_TRUE(library->Text("Red", "p_file") == "jpk:?asset=/LIB/Resources/Red/p_file/0/oak.png");
+}
+
+TEST_F(Resources, ValuesThatNameNothingFoundStayAsTheyAre) {
+    for (const std::string& value :
+         {std::string("1/Mats/none.png"), std::string(), std::string("http://example.com/a.png"),
+          host.Folder(), std::string("jpk:?asset=/OTHER/Resources/a.png"),
+          std::string("jpk:?asset=/LIB/Resources/gone.png")}) {
+        AssetDefinition& red = AddPaint(*library, "Red");
+        SetFile(red, value);
+        library->SavedBytes();
+        EXPECT_TRUE(library->Text("Red", "p_file") == value.c_str()) << value;
+    }
+}
+
+TEST_F(Resources, AResourceOfAnotherOpenLibraryIsCopiedIn) {
+    auto other = MakePaintLibrary(host, "OTHER");
+    host.libraries["OTHER"] = &**other;
+    (*other)->Resources().Add(host.MakeFile("a.png", "theirs").c_str(), "",
+                              (*other)->Resources().CommonFolder());
+    SetFile(AddPaint(*library, "Red"), "jpk:?asset=/OTHER/Resources/a.png");
+    library->SavedBytes();
+    EXPECT_EQ(library->Part("LIB/Resources/Red/p_file/0/a.png"), "theirs");
+    host.libraries.clear();
+}
+
+TEST_F(Resources, AnIdentifierWithSeparatorsStaysOneComponent) {
+    SetFile(AddPaint(*library, "a/../b"), host.MakeFile("a.png", "one"));
+    library->SavedBytes();
+    EXPECT_TRUE(library->Text("a/../b", "p_file") ==
+                "jpk:?asset=/LIB/Resources/a%2F..%2Fb/p_file/0/a.png");
+}
+
+TEST_F(Resources, APartThatCannotBeMadeFailsTheSave) {
+    // The name of the fixed parts is reserved in every folder of a package.
+    SetFile(AddPaint(*library, "Red"), host.MakeFile("core.xml", "<a/>"));
+    EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
+TEST_F(Resources, InTheOlderLayoutAllFilesLieInOneFolder) {
+    TestLibrary old(host, GeneralLibrary::Creating{"OLD", GeneralLibrary::kLegacyOption});
+    LibraryResources& resources = old->Resources();
+    EXPECT_TRUE(resources.CommonFolder() == "qmx/OLD/resources");
+    EXPECT_TRUE(resources.FolderOf("Red", "p_file", 3) == "qmx/OLD/resources");
+    EXPECT_TRUE(resources.Add(host.MakeFile("a.png", "one").c_str(), "",
+                              resources.CommonFolder()) == "qmx/OLD/resources/a.png");
+}
+
+}  // namespace
+}  // namespace korvanet::platform::assets
