@@ -37,7 +37,7 @@ TEST_F(PropertyGroupTest, NamesStandInTheOrderOfTheirSignedBytes) {
                                           "longer-than-eight-1", "longer-than-eight-2"));
 }
 
-TEST_F(PropertyGroupTest, TheSmallestByteIsNotTakenForTheEndOfAName) {
+TEST_F(PropertyGroupTest, NamesThatGoOnSortBehindThoseThatEnd) {
     Put(group,
         "a\x80"
         "b");
@@ -75,6 +75,20 @@ TEST_F(PropertyGroupTest, OrderIsThatOfTheStrings) {
         EXPECT_EQ(group.Find(*expected), &entry.Property());
         ++expected;
     }
+}
+
+TEST_F(PropertyGroupTest, LongNamesThatDifferAnywhereAreToldApart) {
+    const std::string base(60, 'x');
+    Put(group, base.c_str());
+    for (std::size_t i = 0; i < base.size(); ++i) {
+        std::string name = base;
+        name[i] = 'y';
+        EXPECT_EQ(group.Find(nuo::string_ref(name.c_str())), nullptr);
+        PropertyBase& property = Put(group, name.c_str());
+        EXPECT_TRUE(property.Name() == name.c_str());
+    }
+    EXPECT_EQ(group.Size(), base.size() + 1);
+    EXPECT_TRUE(group.Find(nuo::string_ref(base.c_str()))->Name() == base.c_str());
 }
 
 TEST_F(PropertyGroupTest, AnAbsentNameIsNotFound) {

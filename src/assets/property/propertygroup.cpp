@@ -1,23 +1,33 @@
 #include "assets/property/propertygroup.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cstring>
 #include <functional>
 
 namespace korvanet::platform::assets {
 
 namespace {
 
-// The first eight bytes of a name, biased so that they sort as signed bytes do. What is missing
-// counts as the smallest byte, as a shorter name sorts first; names of one order are told apart by
-// their texts.
-std::uint64_t OrderOf(nuo::string_ref name) {
-    constexpr std::uint64_t kBytes = 8;
-    std::uint64_t order = 0;
-    const std::uint64_t present = std::min(name.size(), kBytes);
-    for (std::uint64_t i = 0; i < present; ++i) {
-        order = order << 8 | (static_cast<std::uint8_t>(name[i]) ^ 0x80u);
+// The eight bytes at `position`, or those that are there.
+std::uint64_t Word(nuo::string_ref name, std::uint64_t position) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, name.data() + position,
+                std::min<std::uint64_t>(sizeof word, name.size() - position));
+    return word;
+}
+
+// Looks at the two ends and the middle, where names of one family differ; names that agree there
+// are told apart by their texts. Held in memory alone.
+std::uint32_t HashOf(nuo::string_ref name) {
+    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;
+    const std::uint64_t size = name.size();
+    std::uint64_t hash = (Word(name, 0) ^ size) * kMultiplier;
+    if (size > sizeof(std::uint64_t)) {
+        hash = (hash ^ hash >> 32 ^ Word(name, size - sizeof(std::uint64_t))) * kMultiplier;
+        hash = (hash ^ hash >> 32 ^ Word(name, size / 2 - sizeof(std::uint64_t) / 2)) * kMultiplier;
     }
-    return present == 0 ? 0 : order << 8 * (kBytes - present);
+    return static_cast<std::uint32_t>(hash >> 32);
 }
 
 std::uint64_t Aligned(std::uint64_t size, std::uint64_t alignment) {
@@ -38,47 +48,59 @@ PropertyGroup& PropertyGroup::operator=(const PropertyGroup& other) {
     return *this;
 }
 
-PropertyGroup::Iterator PropertyGroup::LowerBound(std::uint64_t order, nuo::string_ref name) const {
-    return std::partition_point(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-        return entry.order_ < order || (entry.order_ == order && entry.Name().ref() < name);
-    });
+PropertyGroup::Key::Key(nuo::string_ref name) : name_(name), hash_(HashOf(name)) {}
+
+std::size_t PropertyGroup::PlaceOf(nuo::string_ref name) const {
+    const auto place =
+        std::partition_point(entries_.begin(), entries_.end(),
+                             [name](const Entry& entry) { return entry.Name().ref() < name; });
+    return static_cast<std::size_t>(place - entries_.begin());
 }
 
-std::vector<PropertyGroup::Entry>::iterator PropertyGroup::LowerBound(std::uint64_t order,
-                                                                      nuo::string_ref name) {
-    const Iterator found = static_cast<const PropertyGroup*>(this)->LowerBound(order, name);
-    return entries_.begin() + (found - entries_.cbegin());
+bool PropertyGroup::HasNameAt(std::size_t place, nuo::string_ref name) const {
+    return place < entries_.size() && entries_[place].Name() == name;
 }
 
-PropertyBase* PropertyGroup::Find(nuo::string_ref name) const {
-    const Iterator found = LowerBound(OrderOf(name), name);
-    return found != entries_.end() && found->Name() == name ? found->object_ : nullptr;
+PropertyBase* PropertyGroup::Find(const Key& key) const {
+    const std::size_t count = hashes_.size();
+    const std::uint32_t* hashes = hashes_.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (hashes[i] == key.Hash() && HasNameAt(i, key.Name())) {
+            return entries_[i].object_;
+        }
+    }
+    return nullptr;
 }
 
 void PropertyGroup::Insert(OwnedProperty property) {
-    const nuo::string_ref name = property->Name();
-    const std::uint64_t order = OrderOf(name);
-    const auto found = LowerBound(order, name);
-    if (found != entries_.end() && found->Name() == name) {
-        PropertyBase& old = *found->object_;
-        found->object_ = property.Release();
+    assert(&property.Heap() == heap_);
+    const Key key(property->Name());
+    const std::size_t place = PlaceOf(key.Name());
+    if (HasNameAt(place, key.Name())) {
+        PropertyBase& old = *entries_[place].object_;
+        entries_[place] = Entry(*property.Release());
         Destroy(old);
         return;
     }
-    Entry entry;
-    entry.order_ = order;
-    entry.object_ = property.get();
-    entries_.insert(found, entry);
+    const auto offset = static_cast<std::ptrdiff_t>(place);
+    // Room first, so that nothing fails between the two rows.
+    if (hashes_.size() == hashes_.capacity()) {
+        hashes_.reserve(2 * hashes_.size() + 1);
+    }
+    entries_.insert(entries_.begin() + offset, Entry(*property));
+    hashes_.insert(hashes_.begin() + offset, key.Hash());
     property.Release();
 }
 
 bool PropertyGroup::Remove(nuo::string_ref name) {
-    const auto found = LowerBound(OrderOf(name), name);
-    if (found == entries_.end() || !(found->Name() == name)) {
+    const std::size_t place = PlaceOf(name);
+    if (!HasNameAt(place, name)) {
         return false;
     }
-    PropertyBase& object = *found->object_;
-    entries_.erase(found);
+    PropertyBase& object = *entries_[place].object_;
+    const auto offset = static_cast<std::ptrdiff_t>(place);
+    entries_.erase(entries_.begin() + offset);
+    hashes_.erase(hashes_.begin() + offset);
     Destroy(object);
     return true;
 }
@@ -88,6 +110,7 @@ void PropertyGroup::Clear() {
     while (!entries_.empty()) {
         PropertyBase& object = *entries_.back().object_;
         entries_.pop_back();
+        hashes_.pop_back();
         Destroy(object);
     }
     if (block_ != nullptr) {
@@ -106,15 +129,15 @@ void PropertyGroup::CopyFrom(const PropertyGroup& source) {
         size = Aligned(size, entry.Type().alignment()) + entry.Type().payload();
     }
     entries_.reserve(source.Size());
+    hashes_.reserve(source.Size());
     block_ = static_cast<std::byte*>(heap_->malloc(size, alignof(std::max_align_t), nullptr));
     block_size_ = size;
     try {
         std::uint64_t offset = 0;
         for (const Entry& entry : source) {
             offset = Aligned(offset, entry.Type().alignment());
-            Entry copy = entry;
-            copy.object_ = &ConstructCopy(*entry.object_, block_ + offset);
-            entries_.push_back(copy);
+            entries_.push_back(Entry(ConstructCopy(*entry.object_, block_ + offset)));
+            hashes_.push_back(source.hashes_[hashes_.size()]);
             offset += entry.Type().payload();
         }
     } catch (...) {

@@ -15,8 +15,9 @@ namespace korvanet::platform::assets {
 // The properties of one group of a table, by name in ascending order of their signed bytes.
 //
 // It behaves as an ordered map from name to object and is a sorted vector: the names are those of
-// the properties' descriptors. The objects of a copied group lie in one block; those that are added
-// one by one have blocks of their own.
+// the properties' descriptors. A group has some tens of properties, so that running through a row
+// of hashes beats a search by comparing names. The objects of a copied group lie in one block;
+// those that are added one by one have blocks of their own.
 class PropertyGroup {
 public:
     class Entry {
@@ -29,10 +30,22 @@ public:
     private:
         friend class PropertyGroup;
 
-        // The first bytes of the name in an order-keeping form, so that most comparisons of a
-        // search end without touching the name.
-        std::uint64_t order_;
+        explicit Entry(PropertyBase& object) : object_(&object) {}
+
         PropertyBase* object_;
+    };
+
+    // A name to look up, with its hash, which a search through several groups makes once.
+    class Key {
+    public:
+        Key(nuo::string_ref name);
+
+        nuo::string_ref Name() const { return name_; }
+        std::uint32_t Hash() const { return hash_; }
+
+    private:
+        nuo::string_ref name_;
+        std::uint32_t hash_;
     };
     using Iterator = std::vector<Entry>::const_iterator;
 
@@ -49,7 +62,8 @@ public:
     Iterator end() const { return entries_.end(); }
 
     // Null when there is none of that name.
-    PropertyBase* Find(nuo::string_ref name) const;
+    PropertyBase* Find(const Key& key) const;
+    PropertyBase* Find(nuo::string_ref name) const { return Find(Key(name)); }
 
     // Takes the property over; one of the same name is destroyed first.
     void Insert(OwnedProperty property);
@@ -59,14 +73,18 @@ public:
     void Clear();
 
 private:
-    std::vector<Entry>::iterator LowerBound(std::uint64_t order, nuo::string_ref name);
-    Iterator LowerBound(std::uint64_t order, nuo::string_ref name) const;
+    // Where a property of that name stands or belongs.
+    std::size_t PlaceOf(nuo::string_ref name) const;
+    bool HasNameAt(std::size_t place, nuo::string_ref name) const;
     void CopyFrom(const PropertyGroup& source);
     void Destroy(PropertyBase& object);
     bool InBlock(const PropertyBase& object) const;
 
     nuo::heap* heap_;
     std::vector<Entry> entries_;
+    // Of the names, in the order of the entries: a row that a lookup runs through without touching
+    // the objects.
+    std::vector<std::uint32_t> hashes_;
     std::byte* block_ = nullptr;
     std::uint64_t block_size_ = 0;
 };

@@ -38,8 +38,9 @@ velmor::Object PropertyTableImp::HolderObject() const {
 }
 
 PropertyBase* PropertyTableImp::FindProperty(nuo::string_ref name) const {
+    const PropertyGroup::Key key(name);
     for (const GroupSlot& slot : groups_) {
-        if (PropertyBase* found = slot.properties->Find(name)) {
+        if (PropertyBase* found = slot.properties->Find(key)) {
             return found;
         }
     }

@@ -19,6 +19,8 @@ public:
     operator nuo::string_ref() const { return {data_, size_}; }
 
 private:
+    bool TakeAscii(const wchar_t* text);
+
     std::array<char, 256> inline_;
     std::unique_ptr<char[]> outer_;
     const char* data_ = "";
