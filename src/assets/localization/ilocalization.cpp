@@ -1,17 +1,10 @@
 #include <korvanet/platform/assets/ilocalization.h>
-#include <korvanet/platform/core/utf8string.h>
 
 #include "assets/localization/localizationimp.h"
 #include "assets/localization/localizationmanagerimp.h"
+#include "assets/manager/base/text.h"
 
 namespace korvanet::platform::assets {
-namespace {
-
-void AssignText(IString& target, const nuo::string& text) {
-    target.Assign(core::UTF8String(text.data()).AsWide());
-}
-
-}  // namespace
 
 ILocalization::ILocalization() : table_(nullptr) {}
 ILocalization::ILocalization(ILocalizationImp* table) : table_(table) {}
@@ -28,7 +21,7 @@ bool ILocalization::GetLocalizedMessage(IString& message, const IString& key) co
     if (found == nullptr) {
         return false;
     }
-    AssignText(message, *found);
+    Assign(message, *found);
     return true;
 }
 
@@ -69,7 +62,7 @@ bool ILocalizationManager::GetLocalizedMessage(IString& message, const IString& 
     const nuo::string text =
         manager_->Lookup(key.AsUTF8(), locale.AsUTF8(), nuo::string(), "", found);
     if (found) {
-        AssignText(message, text);
+        Assign(message, text);
     }
     return found;
 }

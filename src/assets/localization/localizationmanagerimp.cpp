@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "assets/localization/localizationxmldata.h"
+#include "assets/manager/base/guarded.h"
 #include "velmor/vfs/local_fs.h"
 
 namespace korvanet::platform::assets {
@@ -144,12 +145,9 @@ ILocalizationManagerImp::Table& ILocalizationManagerImp::TableOf(Tables& tables,
 void ILocalizationManagerImp::Load(Table& table, const MessageSource& source,
                                    nuo::string_ref locale) {
     table.loaded = true;
-    try {
-        ReadMessages(table.messages, source, locale);
-    } catch (...) {
-        // Tolerated because a text without its message still reads as its key: what came before the
-        // bad place stays, and the file is not tried again.
-    }
+    // A failure is tolerated because a text without its message still reads as its key: what came
+    // before the bad place stays, and the file is not tried again.
+    Guarded([&] { ReadMessages(table.messages, source, locale); });
 }
 
 // `table` is the one of this locale and domain, or null when it was not made yet.
