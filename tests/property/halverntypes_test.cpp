@@ -113,13 +113,12 @@ TEST_F(HalvernTypesTest, ASecondContextOverOneRootTakesTheTypesOver) {
 TEST_F(HalvernTypesTest, WithoutADataTypeTheHandleIsNull) {
     velmor::Runtime bare("bare", &heap, nullptr);
     velmor::startRuntime(bare);
-    bare.root().imp()->aliases.erase("vector3");
-    velmor::Namespace sys = bare.root().findChild("sys");
+    // A namespace hides the type of its name.
+    bare.root().createChild("vector3", '.');
     ModuleContext lacking;
     lacking.runtime = &bare;
     lacking.heap = &heap;
     InitializeHalvernTypes(bare.root(), lacking);
-    EXPECT_TRUE(sys.valid());
     EXPECT_FALSE(lacking.types.Value(ValueClass::kVector3Value).valid());
     EXPECT_TRUE(lacking.types.Value(ValueClass::kVector4Value).valid());
     EXPECT_FALSE(MakeProperty(lacking, ValueClass::kVector3Value, "p", "", 0));
