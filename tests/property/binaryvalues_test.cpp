@@ -38,6 +38,13 @@ TEST_F(BinaryValuesTest, TheBufferGrowsByDoublingOrByHalfOfTheSize) {
     EXPECT_EQ(bytes.capacity(), 150u);
 }
 
+TEST_F(BinaryValuesTest, APartOfTheValueCanBecomeTheValue) {
+    auto& value = MakeValue<IBinaryValue>(ValueClass::kBinaryValue);
+    value.SetData("abcdef", 6);
+    EXPECT_TRUE(value.SetData(static_cast<const char*>(value.GetData()) + 1, 5));
+    EXPECT_EQ(std::memcmp(value.GetData(), "bcdef", 5), 0);
+}
+
 TEST_F(BinaryValuesTest, OtherIndicesAreReported) {
     auto& value = MakeValue<IBinaryValue>(ValueClass::kBinaryValue);
     EXPECT_FALSE(value.SetData("a", 1, 1));

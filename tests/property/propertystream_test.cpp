@@ -164,14 +164,26 @@ TEST_F(PropertyStreamTest, TheMethodsOfTheConnectionMakeTheTail) {
 }
 
 TEST_F(PropertyStreamTest, OnlyPropertiesWithTheFlagsHaveATail) {
-    PropertyBase& scalar = Make(ValueClass::kScalarValue);
-    EXPECT_EQ(Written(WriteConnections, scalar), "");
-    EXPECT_EQ(Read(ReadConnections, scalar, "abc"), 3u);
+    EXPECT_FALSE(HasTail(Make(ValueClass::kScalarValue)));
     PropertyBase& single = Make(ValueClass::kScalarValue, "p", 0x20);
     PropertyBase& multiple = Make(ValueClass::kScalarValue, "p", 0x40);
+    EXPECT_TRUE(HasTail(single));
+    EXPECT_TRUE(HasTail(multiple));
     EXPECT_EQ(Written(WriteConnections, single), Bytes({0}));
     EXPECT_EQ(Written(WriteConnections, multiple), Bytes({0}));
     EXPECT_EQ(Read(ReadConnections, single, Bytes({0, 9})), 1u);
+}
+
+TEST_F(PropertyStreamTest, AnotherSchemasTailIsReadAndDroppedWhereNoneIsTaken) {
+    PropertyTableImp& asset = NewAsset("texture");
+    asset.SetName("A");
+    OneTable codec(asset);
+    const ConnectionCodecScope scope(codec);
+    PropertyBase& property = Make(ValueClass::kScalarValue);
+    const std::string tail = Bytes({1, 1, 1, 0, 0, 0, 1, 0, 0, 0}) + "A";
+    EXPECT_EQ(Read(ReadConnections, property, tail + "rest"), 4u);
+    EXPECT_EQ(property.GetConnectedAssetCount(), 0u);
+    EXPECT_EQ(Written(WriteConnections, property), Bytes({0}));
 }
 
 TEST_F(PropertyStreamTest, ATailTellsTheMarkTheCountAndTheConnections) {

@@ -231,6 +231,13 @@ TEST_F(TableCloneTest, ACopyBesideHasTheSourceOfItsOriginal) {
     EXPECT_EQ(dynamic_cast<TestInstance&>(*original).resolved, 1);
 }
 
+TEST_F(TableCloneTest, AnInstanceOfATableDoesNotAskForItsSource) {
+    PropertyTableImp& source = NewTable();
+    const intrusive_ptr<PropertyTableImp> clone(source.Clone({}));
+    clone->Unretain();
+    EXPECT_EQ(dynamic_cast<TestInstance&>(source).resolved, 0);
+}
+
 TEST_F(TableCloneTest, CopiesOfConnectedInstancesAreMarkedAsSuch) {
     PropertyTableImp& definition = NewTable(TableKind::kDefinition);
     PropertyTableImp& texture = NewAsset("texture");

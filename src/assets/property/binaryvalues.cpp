@@ -33,7 +33,8 @@ bool BinaryValue::SetData(const void* data, std::uint64_t size, std::uint64_t in
     Bytes& bytes = Data<Bytes>();
     bytes.resize(size);
     if (size != 0) {
-        std::memcpy(bytes.data(), data, size);
+        // The bytes may be a part of the old ones, in which case the buffer has not grown.
+        std::memmove(bytes.data(), data, size);
     }
     return true;
 }

@@ -14,6 +14,10 @@ bool HasBody(const PropertyBase& property) {
     return type != PropertyType::kTexture && type != PropertyType::kReference;
 }
 
+bool HasTail(const PropertyBase& property) {
+    return property.TakesConnections();
+}
+
 void WriteBody(nuo::archive::writer& writer, const PropertyBase& property) {
     if (HasBody(property)) {
         const velmor::ConstObject data = property.DataObject();
@@ -34,9 +38,6 @@ void ReadBody(nuo::archive::reader& reader, PropertyBase& property) {
 }
 
 void WriteConnections(nuo::archive::writer& writer, const PropertyBase& property) {
-    if (!property.TakesConnections()) {
-        return;
-    }
     const std::uint64_t count = property.GetConnectedAssetCount();
     writer << (count != 0);
     if (count == 0) {
@@ -50,9 +51,6 @@ void WriteConnections(nuo::archive::writer& writer, const PropertyBase& property
 }
 
 void ReadConnections(nuo::archive::reader& reader, PropertyBase& property) {
-    if (!property.TakesConnections()) {
-        return;
-    }
     property.ClearConnections();
     if (!nuo::archive::read_value<bool>(reader)) {
         return;
@@ -65,7 +63,7 @@ void ReadConnections(nuo::archive::reader& reader, PropertyBase& property) {
         AssetConnection connection;
         type.methods().deserialize(reader, {type, &connection}, context.heap,
                                    context.runtime->extHeap());
-        if (connection.data) {
+        if (connection.data && property.TakesConnections()) {
             property.AppendConnection(*connection.data);
         }
     }

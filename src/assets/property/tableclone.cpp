@@ -33,7 +33,9 @@ private:
         if (depth > PropertyTableImp::kMaxConnectionDepth) {
             return false;
         }
-        source.ResolveSource();
+        if (form_ == Form::kBeside) {
+            source.ResolveSource();
+        }
         const intrusive_ptr<PropertyTableImp> made(
             &MakeTable(source.Context(), TableKind::kInstance));
         made->TakeGroups(source);

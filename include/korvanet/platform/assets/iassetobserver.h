@@ -5,8 +5,8 @@
 namespace korvanet::platform::assets {
 
 /// Hears of the changes of an instance (`IAssetInstance::AddObserver`), after they have happened,
-/// on the thread that made them. Only changes of public properties are told. An observer must not
-/// add or remove observers of the instance from inside a call.
+/// on the thread that made them. New values are told of public properties alone, new connections of
+/// every property. An observer must not add or remove observers of the instance from inside a call.
 class IAssetObserver {
 public:
     /// The value of `property` was set.
