@@ -38,9 +38,12 @@ std::uint64_t SeekTo(Stream& stream, std::uint64_t position) {
 template <class Stream>
 nuo::byte* ReadRange(Stream& stream, nuo::archive::byte_range range, std::uint64_t& position,
                      std::uint64_t& size) {
+    if (range.empty()) {
+        return range.first;
+    }
     const std::uint64_t count = std::min(stream.Read(range.first, range.size()), range.size());
     position += count;
-    if (count == 0 && !range.empty()) {
+    if (count == 0) {
         size = std::min(size, position);
     }
     return range.first + count;
@@ -49,6 +52,10 @@ nuo::byte* ReadRange(Stream& stream, nuo::archive::byte_range range, std::uint64
 template <class Stream>
 const nuo::byte* WriteRange(Stream& stream, nuo::archive::const_byte_range range,
                             std::uint64_t& position, std::uint64_t& size) {
+    // A host's stream is not troubled with nothing, which may come with a null address.
+    if (range.empty()) {
+        return range.last;
+    }
     const std::uint64_t count = std::min(stream.Write(range.first, range.size()), range.size());
     position += count;
     size = std::max(size, position);
