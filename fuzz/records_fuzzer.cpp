@@ -1,0 +1,111 @@
+// Puts any bytes in place of one part of a small library, opens that, lists and loads its
+// definitions and saves it. The first byte of an input chooses the part (table of contents, version
+// table, either store) and whether the library lies in a ZIP, so that signature and deflate stand
+// around the part; the rest is the part. Seeds: fuzz/corpus/records/.
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "assets/library/bytecopy.h"
+#include "assets/library/definitioniterator.h"
+#include "assets/library/libraryparts.h"
+#include "nuo/common/archive/primitives.h"
+#include "nuo/common/buffer_archive.h"
+#include "tests/support/libraryhost.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/vfs_functions.h"
+#include "velmor/vfs/zip.h"
+
+namespace {
+
+namespace fs = velmor::fs;
+using namespace korvanet::platform::assets;
+
+constexpr nuo::string_ref kParts[] = {kContentsPart, kInstanceStorePart, kDefinitionStorePart,
+                                      kVersionTablePart};
+constexpr std::uint8_t kInZip = 4;
+
+AssetDefinition& AddPaint(GeneralLibrary& library, nuo::string_ref name) {
+    AssetDefinition& model =
+        MakeDefinition(*library.Schemas().FindOwn("PaintSchema"), velmor::Namespace(), "model");
+    model.AddReference();
+    AssetDefinition* const made = library.CreatePreset(model, name, {});
+    model.Release();
+    return *made;
+}
+
+// The library whose parts are replaced: two definitions, the one connected to the other.
+void WriteModel(TestHost& host, fs::IVfs& files) {
+    JpkFs package(files, "model");
+    GeneralLibrary library(host, package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+    LoadGlobal(host, "CommonSchema", kCommonSchemaXml);
+    library.EnsureSchema(*LoadGlobal(host, "PaintSchema", kPaintSchemaXml));
+    AssetDefinition& wall = AddPaint(library, "Wall");
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(library, "Spots"));
+    library.Save();
+    package.sync();
+}
+
+void Replace(fs::IVfs& files, nuo::string_ref part, const nuo::buffer<nuo::byte>& bytes) {
+    const auto out = files.create(fs::joinPath("LIB", part), fs::mode_all, fs::open_or_create);
+    out->query_writer()->truncate(0);
+    nuo::archive::write_all(*out->query_writer(), {bytes.begin(), bytes.end()});
+}
+
+void Use(TestHost& host, fs::IVfs& files) {
+    try {
+        JpkFs package(files, "fuzz");
+        GeneralLibrary library(host, package, host.Slib(), GeneralLibrary::Writing{});
+        AssetDefinitionDataIterator walk(library, AllDefinitions(library));
+        korvanet::platform::core::UTF8String text;
+        for (; !walk.IsAtEnd(); walk.Next()) {
+            walk.GetUIName(text, korvanet::platform::core::UTF8String("ENG"));
+            if (IAssetDefinition* definition = walk.GetDefinition()) definition->Release();
+        }
+        library.Save();
+    } catch (const nuo::exception&) {
+        // Bad parts raise.
+    }
+}
+
+// The same files as a ZIP that was written and is read again.
+void UseAsZip(TestHost& host, fs::InMemory& files) {
+    nuo::archive::mem_read_write_archive archive;
+    fs::InMemory cache("cache");
+    fs::ZipFs zip(archive, cache, "zip", false);
+    const auto copy = [&](const auto& self, nuo::string_ref folder) -> void {
+        for (const fs::VfsNode& node : files.children(folder)) {
+            const nuo::string path = fs::joinPath(folder, node.path);
+            if (files.state(path).state == fs::state_directory) {
+                zip.createDir(path);
+                self(self, path);
+            } else {
+                const auto from = files.create(path, fs::mode_read | fs::mode_random, 0);
+                const auto to = zip.create(path, fs::mode_all, fs::open_or_create);
+                CopyAll(*from, *to);
+            }
+        }
+    };
+    copy(copy, "");
+    zip.commit();
+    fs::InMemory scratch("scratch");
+    fs::ZipFs again(archive, scratch, "zip", false);
+    Use(host, again);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    static auto* const host = new TestHost;
+    fs::InMemory files("library");
+    WriteModel(*host, files);
+    Replace(files, kParts[data[0] & 3], nuo::buffer<nuo::byte>(data + 1, data + size));
+    if ((data[0] & kInZip) != 0)
+        UseAsZip(*host, files);
+    else
+        Use(*host, files);
+    return 0;
+}
