@@ -5,8 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
-#include <string>
+#include <vector>
 
 #include "assets/library/bytecopy.h"
 #include "assets/library/definitioniterator.h"
@@ -48,10 +47,46 @@ void WriteModel(TestHost& host, fs::IVfs& files) {
     package.sync();
 }
 
-void Replace(fs::IVfs& files, nuo::string_ref part, const nuo::buffer<nuo::byte>& bytes) {
-    const auto out = files.create(fs::joinPath("LIB", part), fs::mode_all, fs::open_or_create);
-    out->query_writer()->truncate(0);
-    nuo::archive::write_all(*out->query_writer(), {bytes.begin(), bytes.end()});
+// A file system as a list, folders before what lies in them.
+struct Entry {
+    nuo::string path;
+    bool folder;
+    nuo::buffer<nuo::byte> bytes;
+};
+using Entries = std::vector<Entry>;
+
+void List(fs::IVfs& files, nuo::string_ref folder, Entries& entries) {
+    for (const fs::VfsNode& node : files.children(folder)) {
+        const nuo::string path = fs::joinPath(folder, node.path);
+        if (files.state(path).state == fs::state_directory) {
+            entries.push_back({path, true, {}});
+            List(files, path, entries);
+            continue;
+        }
+        const auto from = files.create(path, fs::mode_read | fs::mode_random, fs::open_existing);
+        nuo::archive::mem_read_write_archive bytes;
+        CopyAll(*from, bytes);
+        entries.push_back({path, false, bytes.get_buffer()});
+    }
+}
+
+void Write(fs::IVfs& files, const Entries& entries) {
+    for (const Entry& entry : entries) {
+        if (entry.folder) {
+            files.createDir(entry.path);
+            continue;
+        }
+        const auto out = files.create(entry.path, fs::mode_all, fs::open_or_create);
+        nuo::archive::write_all(*out->query_writer(), {entry.bytes.begin(), entry.bytes.end()});
+    }
+}
+
+Entries MakeModel(TestHost& host) {
+    fs::InMemory files("model");
+    WriteModel(host, files);
+    Entries entries;
+    List(files, "", entries);
+    return entries;
 }
 
 void Use(TestHost& host, fs::IVfs& files) {
@@ -71,24 +106,11 @@ void Use(TestHost& host, fs::IVfs& files) {
 }
 
 // The same files as a ZIP that was written and is read again.
-void UseAsZip(TestHost& host, fs::InMemory& files) {
+void UseAsZip(TestHost& host, const Entries& entries) {
     nuo::archive::mem_read_write_archive archive;
     fs::InMemory cache("cache");
     fs::ZipFs zip(archive, cache, "zip", false);
-    const auto copy = [&](const auto& self, nuo::string_ref folder) -> void {
-        for (const fs::VfsNode& node : files.children(folder)) {
-            const nuo::string path = fs::joinPath(folder, node.path);
-            if (files.state(path).state == fs::state_directory) {
-                zip.createDir(path);
-                self(self, path);
-            } else {
-                const auto from = files.create(path, fs::mode_read | fs::mode_random, 0);
-                const auto to = zip.create(path, fs::mode_all, fs::open_or_create);
-                CopyAll(*from, *to);
-            }
-        }
-    };
-    copy(copy, "");
+    Write(zip, entries);
     zip.commit();
     fs::InMemory scratch("scratch");
     fs::ZipFs again(archive, scratch, "zip", false);
@@ -100,12 +122,17 @@ void UseAsZip(TestHost& host, fs::InMemory& files) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
     static auto* const host = new TestHost;
+    static auto* const model = new Entries(MakeModel(*host));
+    Entries entries = *model;
+    const nuo::string part = fs::joinPath("LIB", kParts[data[0] & 3]);
+    for (Entry& entry : entries)
+        if (entry.path == part) entry.bytes = nuo::buffer<nuo::byte>(data + 1, data + size);
+    if ((data[0] & kInZip) != 0) {
+        UseAsZip(*host, entries);
+        return 0;
+    }
     fs::InMemory files("library");
-    WriteModel(*host, files);
-    Replace(files, kParts[data[0] & 3], nuo::buffer<nuo::byte>(data + 1, data + size));
-    if ((data[0] & kInZip) != 0)
-        UseAsZip(*host, files);
-    else
-        Use(*host, files);
+    Write(files, entries);
+    Use(*host, files);
     return 0;
 }

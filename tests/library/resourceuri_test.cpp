@@ -29,7 +29,8 @@ TEST(ResourceUri, AComponentCanNeitherLeaveItsPlaceNorBreakAManifest) {
     EXPECT_TRUE(PathComponent(".") == "%2E");
     EXPECT_TRUE(PathComponent("..") == "%2E%2E");
     EXPECT_TRUE(PathComponent("...") == "...");
-    EXPECT_TRUE(PathComponent("a#b&c") == "a#b&c");
+    EXPECT_TRUE(PathComponent("a#b&c") == "a#b%26c");
+    EXPECT_TRUE(PathComponent("a\nb\x7f") == "a%0Ab%7F");
 }
 
 TEST(ResourceUri, AFileNameHasItsHashAndAmpersandEscaped) {

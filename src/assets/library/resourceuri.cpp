@@ -22,10 +22,14 @@ void AppendPercent(nuo::string_builder& out, char c) {
     out.append('%').append(kDigits[code >> 4]).append(kDigits[code & 15]);
 }
 
+bool IsControl(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
 nuo::string EscapeEach(nuo::string_ref text, nuo::string_ref special) {
     nuo::string_builder out;
     for (char c : text) {
-        if (special.find(c) != nuo::string_ref::npos)
+        if (special.find(c) != nuo::string_ref::npos || IsControl(c))
             AppendPercent(out, c);
         else
             out.append(c);
@@ -59,7 +63,7 @@ nuo::string_ref WithoutFileScheme(nuo::string_ref text) {
 }
 
 nuo::string PathComponent(nuo::string_ref text) {
-    return EscapeEach(text, IsDots(text) ? "." : "/\\<\"");
+    return EscapeEach(text, IsDots(text) ? "." : "/\\<\"&");
 }
 
 nuo::string ResourceFileName(nuo::string_ref leaf) {
