@@ -1,0 +1,99 @@
+#include "assets/asset/assetdefinition.h"
+#include "assets/asset/assetinstance.h"
+#include "assets/manager/assetlibrarymanager.h"
+#include "assets/manager/base/guarded.h"
+#include "assets/manager/base/text.h"
+#include "assets/manager/tablewalk.h"
+#include "assets/property/property.h"
+#include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemainheritance.h"
+
+namespace korvanet::platform::assets {
+
+bool AssetLibraryManager::PromoteSchema(KRVTSchemaDefinition& schema) {
+    return schemas_->AddSchema(&schema);
+}
+
+KRVTSchemaDefinition* AssetLibraryManager::FindGlobalSchema(nuo::string_ref id) {
+    return schemas_->FindOwn(id);
+}
+
+void AssetLibraryManager::PropertyAdded(KRVTSchemaDefinition& schema,
+                                        const PropertyBase& property) {
+    const IAssetSchema* const base = &schema;
+    for (const velmor::Namespace from : {global_.own, user_}) {
+        for (PropertyTableImp* table : TablesBelow(from, context_)) {
+            if (table->Base() != base || table->FindProperty(property.Name()) != nullptr) continue;
+            AddSharingCopy(*table, property);
+        }
+    }
+}
+
+IAssetSchema* AssetLibraryManager::LoadSchemaFile(const IString& path) {
+    return Guarded(nullptr, [&] { return schemas_->LoadFromFile(ToUtf8(path)); });
+}
+
+IAssetSchema* AssetLibraryManager::LoadSchemaFromFolder(const IString& name,
+                                                        const IString& folder) {
+    return Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
+        SchemaManager batch(context_, tmp_schema_, SchemaScope::kBatch, this);
+        const nuo::string id = ToUtf8(name);
+        KRVTSchemaDefinition* const loaded =
+            Guarded(nullptr, [&] { return batch.LoadFromFolder(ToUtf8(folder), id); });
+        const bool promoted =
+            loaded != nullptr && Guarded(false, [&] { return schemas_->AddSchema(loaded); });
+        batch.Clear();
+        return promoted ? FindGlobalSchema(id) : nullptr;
+    });
+}
+
+// A schema of a library or of a batch goes with these: its twin in the shared set stands for it.
+IAssetSchema* AssetLibraryManager::CreateSchema(const IString& name, const IString*, const IString*,
+                                                const IString& assetType, IAssetSchema* parent) {
+    return Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
+        if (name.IsEmpty()) return nullptr;
+        const KRVTSchemaDefinition* base = nullptr;
+        if (parent != nullptr) {
+            const KRVTSchemaDefinition* const given = AsSchemaDefinition(parent);
+            base = given != nullptr ? FindGlobalSchema(given->Id()) : nullptr;
+            if (base == nullptr) return nullptr;
+        }
+        return schemas_->CreateSchema(ToUtf8(name), ToUtf8(assetType), base);
+    });
+}
+
+std::size_t AssetLibraryManager::GetSchemaCount() const {
+    return schemas_->GetSchemaCount();
+}
+
+IAssetSchema* AssetLibraryManager::GetSchemaAt(std::size_t index) {
+    return schemas_->GetSchema(index);
+}
+
+IAssetSchema* AssetLibraryManager::FindSchema(const IString& name) {
+    return FindGlobalSchema(name.AsUTF8());
+}
+
+IAssetInstance* AssetLibraryManager::CreateInstanceFromSchema(IAssetSchema* schema,
+                                                              const IString* identifier,
+                                                              const IString* libraryIdentifier) {
+    return Guarded(nullptr, [&]() -> IAssetInstance* {
+        const KRVTSchemaDefinition* const given = AsSchemaDefinition(schema);
+        KRVTSchemaDefinition* const shared =
+            given != nullptr ? FindGlobalSchema(given->Id()) : nullptr;
+        return shared != nullptr ? MakeInstance(*shared, identifier, libraryIdentifier) : nullptr;
+    });
+}
+
+// The definition stands in no namespace: it lives as long as its instance.
+IAssetInstance* AssetLibraryManager::MakeInstance(KRVTSchemaDefinition& schema,
+                                                  const IString* identifier,
+                                                  const IString* libraryIdentifier) {
+    const nuo::string name = identifier != nullptr ? ToUtf8(*identifier) : nuo::string();
+    const intrusive_ptr<AssetDefinition> definition(
+        &MakeDefinition(schema, velmor::Namespace(), name));
+    if (libraryIdentifier != nullptr) definition->SetAssetLibId(ToUtf8(*libraryIdentifier));
+    return definition->CreateInstanceIn(global_.tmpAsset);
+}
+
+}  // namespace korvanet::platform::assets

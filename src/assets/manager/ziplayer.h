@@ -1,0 +1,26 @@
+#pragma once
+
+#include "nuo/common/iarchive.h"
+#include "nuo/common/string.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/zip.h"
+
+namespace korvanet::platform::assets {
+
+// The file of a library, open, with the ZIP in it and the memory that changes wait in. The package
+// stands on `zip`. Nothing is written before `zip.commit()`.
+struct ZipLayer {
+    // Raises what ZipFs raises for a file that is no ZIP.
+    ZipLayer(nuo::archive::archive_ptr file, nuo::string scratch_name, nuo::string resource)
+        : archive(std::move(file)),
+          scratch(std::move(scratch_name)),
+          zip(*archive, scratch, std::move(resource), false) {}
+
+    bool Writable() const { return nuo::archive::get_writer(archive.get()) != nullptr; }
+
+    nuo::archive::archive_ptr archive;
+    velmor::fs::InMemory scratch;
+    velmor::fs::ZipFs zip;
+};
+
+}  // namespace korvanet::platform::assets
