@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <korvanet/platform/core/utf8string.h>
+
 #include "assets/asset/assetdefinition.h"
 #include "assets/asset/assetinstance.h"
 #include "assets/library/definitioniterator.h"

@@ -8,17 +8,17 @@
 namespace korvanet::platform::assets {
 namespace {
 
-// The library's own object behind a host's pointer, with a schema; else null.
-PropertyTableImp* SourceOf(PropertyTableImp* table) {
+// A table without a schema has no shape to be stored in.
+PropertyTableImp* WithSchema(PropertyTableImp* table) {
     return table != nullptr && table->Base() != nullptr ? table : nullptr;
 }
 
 PropertyTableImp* SourceOf(IAssetDefinition* definition) {
-    return SourceOf(dynamic_cast<AssetDefinition*>(definition));
+    return WithSchema(dynamic_cast<AssetDefinition*>(definition));
 }
 
 PropertyTableImp* SourceOf(IAssetInstance* instance) {
-    return SourceOf(dynamic_cast<AssetInstance*>(instance));
+    return WithSchema(dynamic_cast<AssetInstance*>(instance));
 }
 
 bool HasAssetType(const PropertyTableImp& table) {
