@@ -98,13 +98,15 @@ public:
     /// The definitions whose asset type, or whose schema's id, is `type`.
     virtual IAssetDefinition::IIterator* GetDefinitionsOfType(const IString& type) = 0;
 
-    /// Stores the file at the path `file` in the library and gives its URI, with "\" as separator.
-    /// The same file twice gives the same URI. `type` and `keepName` are passed on unused.
+    /// Stores the file at the path `file` in the library and gives its path there, with "\" as
+    /// separator; `OpenResource` takes it behind "jpk:?asset=/". The same file twice, with an empty
+    /// `type`, gives the same path. `keepName` is not used.
     virtual bool AddResource(IString& uri, const IString& type, const IString& file,
                              bool keepName) = 0;
 
-    /// Stores the file at the path `file` under the resource `name` and opens it. With an empty
-    /// `file` the same as `OpenResource`.
+    /// Stores the file at the path `file` under the resource `name`, a URI or a path of this
+    /// library's resources or a mere file name, instead of what stood there, and opens it. With an
+    /// empty `file` the same as `OpenResource`.
     virtual bool ReplaceResource(std::shared_ptr<core::IDataReadStream>& stream,
                                  const IString& name, const IString& file) = 0;
 
