@@ -229,6 +229,10 @@ private:
     void ImportFiles(PropertyTableImp& first);
     void RewriteUris(PropertyTableImp& table);
 
+    // generallibrary_upgrade.cpp
+    void MoveLegacyRecords();
+    void MakeNewFolder(nuo::string_ref path);
+
     // generallibrary_detach.cpp
     void Detach(PropertyTableImp& table);
     void ReleaseContent();

@@ -38,6 +38,10 @@ bool IsRegularFile(nuo::string_ref path) {
     return status && status->is_regular;
 }
 
+bool LiesBelow(nuo::string_ref path, nuo::string_ref folder) {
+    return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
+}
+
 // The elements of a URI property: one text, or a list of them.
 template <class Visit>
 void ForEachText(PropertyBase& property, Visit&& visit) {
@@ -110,8 +114,13 @@ nuo::archive::archive_ptr LibraryResources::OpenPart(nuo::string_ref path) {
 }
 
 bool LibraryResources::IsOwn(nuo::string_ref path) const {
-    const nuo::string top = legacy_ ? fs::joinPath(kLegacyFolder, identifier_) : identifier_;
-    return path.size() > top.size() && path.starts_with(top) && path[top.size()] == '/';
+    return LiesBelow(path, legacy_ ? fs::joinPath(kLegacyFolder, identifier_) : identifier_);
+}
+
+// In either layout: while a library is converted it has both.
+bool LibraryResources::IsHere(nuo::string_ref path) const {
+    return LiesBelow(path, identifier_) ||
+           LiesBelow(path, fs::joinPath(kLegacyFolder, identifier_));
 }
 
 LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {
@@ -120,7 +129,7 @@ LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {
         return {OpenFile(path), path};
     }
     const nuo::string_ref path = ResourcePath(source);
-    return {IsOwn(path) ? OpenPart(path) : host_.OpenForeignPart(path), path};
+    return {IsHere(path) ? OpenPart(path) : host_.OpenForeignPart(path), path};
 }
 
 nuo::string LibraryResources::Import(nuo::string_ref value, nuo::string_ref folder) {

@@ -50,6 +50,7 @@ private:
     };
 
     bool IsOwn(nuo::string_ref path) const;
+    bool IsHere(nuo::string_ref path) const;
     Source OpenSource(nuo::string_ref source);
     // The URI of the file that `value` names after it was brought in, or an empty string.
     nuo::string Import(nuo::string_ref value, nuo::string_ref folder);
