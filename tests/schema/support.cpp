@@ -72,7 +72,7 @@ KRVTSchemaDefinition& SchemaTest::Read(const std::string& xml) {
     return schema;
 }
 
-KRVTSchemaDefinition* SchemaTest::Load(SchemaManager& manager, const std::string& xml) {
+KRVTSchemaDefinition* LoadXml(SchemaManager& manager, const std::string& xml) {
     MemoryStream stream(BytesOf(xml));
     return manager.LoadSchema(static_cast<core::IDataReader*>(&stream), "");
 }

@@ -70,6 +70,9 @@ public:
     Lines added;
 };
 
+// Loads XML through a stream of the host's kind.
+KRVTSchemaDefinition* LoadXml(SchemaManager& manager, const std::string& xml);
+
 class SchemaTest : public testing::Test {
 protected:
     SchemaTest() : world(tables) {}
@@ -82,8 +85,9 @@ protected:
     }
     // An empty one.
     KRVTSchemaDefinition& NewSchema(const char* id);
-    // Loads XML through a stream of the host's kind.
-    static KRVTSchemaDefinition* Load(SchemaManager& manager, const std::string& xml);
+    static KRVTSchemaDefinition* Load(SchemaManager& manager, const std::string& xml) {
+        return LoadXml(manager, xml);
+    }
     KRVTSchemaDefinition* LoadGlobal(const std::string& xml) { return Load(*world.global, xml); }
 
     ReportLines reports;
