@@ -2,6 +2,7 @@
 
 #include <korvanet/platform/assets/ivalue.h>
 
+#include "assets/property/halvernasset.h"
 #include "assets/schema/propertydata.h"
 
 namespace korvanet::platform::assets {
@@ -33,6 +34,12 @@ AssetTest::~AssetTest() {
         // Circles of connections hold each other.
         dynamic_cast<PropertyTableImp*>(instance)->ClearConnections();
         instance->Release();
+    }
+    // As a library does when it goes: its definitions let go of what may end before them.
+    for (const auto& [name, object] : library.asset.imp()->objects) {
+        PropertyTableImp& table = *static_cast<HalvernAsset*>(object.data())->table;
+        table.ClearConnections();
+        table.SetSource(nullptr);
     }
 }
 
