@@ -244,30 +244,5 @@ TEST_F(PropertyStreamTest, WithoutACodecAConnectionIsItsLinkText) {
     EXPECT_EQ(Written(WriteConnections, place), Bytes({1, 1, 1, 0, 0, 0, 2, 0, 0, 0, '.', 'A'}));
 }
 
-TEST_F(PropertyStreamTest, CodecScopesNest) {
-    PropertyTableImp& asset = NewAsset("texture");
-    OneTable outer(asset);
-    OneTable inner(asset);
-    EXPECT_EQ(ConnectionCodecScope::Current(), nullptr);
-    {
-        const ConnectionCodecScope first(outer);
-        {
-            const ConnectionCodecScope second(inner);
-            EXPECT_EQ(ConnectionCodecScope::Current(), &inner);
-        }
-        EXPECT_EQ(ConnectionCodecScope::Current(), &outer);
-    }
-    EXPECT_EQ(ConnectionCodecScope::Current(), nullptr);
-}
-
-TEST_F(PropertyStreamTest, StoredConnectionsGiveTheNameOfTheTable) {
-    EXPECT_TRUE(StoredConnection("LIB", "A") == ".slib.LIB.asset.A");
-    EXPECT_TRUE(ConnectedName("LIB", ".slib.LIB.asset.A") == "A");
-    EXPECT_TRUE(ConnectedName("LIB", ".slib.LIB.asset.A.asset.B") == "A.asset.B");
-    EXPECT_TRUE(ConnectedName("LIB", ".slib.OTHER.asset.A.asset.B") == "B");
-    EXPECT_TRUE(ConnectedName("LIB", "A") == "A");
-    EXPECT_TRUE(ConnectedName("LIB", "") == "");
-}
-
 }  // namespace
 }  // namespace korvanet::platform::assets

@@ -36,9 +36,10 @@ nuo::string_ref ConnectedName(nuo::string_ref identifier, nuo::string_ref text) 
         return text.substr(own.size());
     }
     nuo::string_ref name = text;
-    for (std::uint64_t at = name.find(kAssetPart); at != nuo::string_ref::npos;
-         at = name.find(kAssetPart)) {
-        name = name.substr(at + kAssetPart.size());
+    // One part may begin with the dot that ends another.
+    for (std::uint64_t at = text.find(kAssetPart); at != nuo::string_ref::npos;
+         at = text.find(kAssetPart, at + 1)) {
+        name = text.substr(at + kAssetPart.size());
     }
     return name;
 }
