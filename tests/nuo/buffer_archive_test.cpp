@@ -45,12 +45,13 @@ TEST(BufferOut, SeekDoesNotStopAndTheGapIsZero) {
     EXPECT_EQ(out.offset(), 6u);
 }
 
-TEST(BufferOut, WritingNothingBehindTheEndChangesNothing) {
+TEST(BufferOut, WritingNothingBehindTheEndFillsUpToThePosition) {
     auto target = Bytes("ab");
     buffer_out out(target);
     out.seek(4);
     Write(out, "");
-    EXPECT_EQ(target.size(), 2u);
+    EXPECT_EQ(out.offset(), 4u);
+    EXPECT_EQ(Text(target), std::string("ab\0\0", 4));
 }
 
 TEST(BufferOut, OverwritesAndAppends) {

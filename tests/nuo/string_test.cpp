@@ -53,6 +53,22 @@ TEST(String, JoinsTwoRangesInOneAllocation) {
     EXPECT_EQ(string(string_ref("a"), string_ref()), "a");
 }
 
+TEST(String, APairOfPointersIsARangeAndNotTwoTexts) {
+    CountingHeap heap;
+    const char* const bytes = "abcdef";
+    const string text(bytes + 1, bytes + 4, heap);
+    EXPECT_EQ(text, "bcd");
+    EXPECT_EQ(&text.get_allocator(), &heap);
+    EXPECT_EQ(string(bytes, bytes).use_count(), 0u);
+}
+
+const string kMadeBeforeMain("made before main");
+
+TEST(String, CanBeMadeDuringStaticInitialisation) {
+    EXPECT_EQ(kMadeBeforeMain, "made before main");
+    EXPECT_EQ(&kMadeBeforeMain.get_allocator(), &nuo::get_heap());
+}
+
 TEST(String, HashMultipliesFirstAndTakesSignedBytes) {
     const auto step = [](std::uint64_t h, signed char c) {
         return (h * 16777619u) ^ static_cast<std::uint64_t>(static_cast<std::int64_t>(c));

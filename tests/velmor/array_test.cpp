@@ -298,12 +298,21 @@ TEST_F(ArrayTest, ACopyOfPodElementsIsOneBlock) {
     EXPECT_EQ(copy.capacity(), 12u) << "exactly the bytes in use";
 }
 
-TEST_F(ArrayTest, ACopyConstructsAndAssignsEachElement) {
+TEST_F(ArrayTest, ACopyConstructsAndAssignsOneElementAfterTheOther) {
     const Array source = makeProbes(2);
     Probe::takeLog();
     const Array copy(source);
     EXPECT_EQ(copy.size(), 2u);
-    EXPECT_EQ(Probe::takeLog(), (Log{"make 3", "make 4", "assign 1 to 3", "assign 2 to 4"}));
+    EXPECT_EQ(Probe::takeLog(), (Log{"make 3", "assign 1 to 3", "make 4", "assign 2 to 4"}));
+}
+
+TEST_F(ArrayTest, AFailedCopyEndsTheElementsThatWereMade) {
+    const Array source = makeProbes(3);
+    Probe::takeLog();
+    Probe::failAt = 5;
+    EXPECT_THROW(Array(source).size(), std::bad_alloc);
+    EXPECT_EQ(Probe::takeLog(), (Log{"make 4", "assign 1 to 4", "end 4"}));
+    EXPECT_EQ(source.size(), 3u);
 }
 
 TEST_F(ArrayTest, ACopyOfAnUnboundArrayIsUnbound) {

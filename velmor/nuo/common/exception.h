@@ -68,7 +68,8 @@ template <class Marker, class... Pieces>
     (detail::append_piece(message, pieces), ...);
     context_exception<Marker> failure;
     failure.append(string_ref(message));
-    throw failure;
+    // Copied rather than moved: the message of the copy takes no more than its bytes.
+    throw context_exception<Marker>(failure);
 }
 
 }  // namespace nuo

@@ -33,8 +33,9 @@ public:
     virtual void destroy() = 0;
     virtual bool equal_to(const IteratorImpBase& other) const = 0;
     virtual void swap(IteratorImpBase& other) = 0;
-    virtual std::size_t storage_size() const = 0;
     virtual ~IteratorImpBase() = default;
+    /// How many bytes `clone` needs.
+    virtual std::size_t storage_size() const = 0;
 };
 
 namespace detail {

@@ -15,7 +15,6 @@ byte* read_at(const buffer<byte>& source, std::uint64_t& position, byte_range ra
 }
 
 const byte* write_at(buffer<byte>& target, std::uint64_t& position, const_byte_range range) {
-    if (range.empty()) return range.last;
     if (position > target.size()) target.insert_gap(target.end(), position - target.size());
     const std::uint64_t overlap = std::min(range.size(), target.size() - position);
     if (overlap != 0) std::memcpy(target.data() + position, range.first, overlap);

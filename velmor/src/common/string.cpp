@@ -75,7 +75,7 @@ string::block* string::make_block(heap& from, string_ref head, string_ref tail) 
     if (size == 0) return nullptr;
     block* made = allocate_block(from, size);
     char* text = text_of(made);
-    std::memcpy(text, head.data(), head.size());
+    if (!head.empty()) std::memcpy(text, head.data(), head.size());
     if (!tail.empty()) std::memcpy(text + head.size(), tail.data(), tail.size());
     finish_block(made);
     return made;

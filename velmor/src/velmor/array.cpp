@@ -39,11 +39,7 @@ Array::Array(const Array& other) {
     if (other.imp_ == nullptr) return;
     Array copy(other.imp_->type, &other.imp_->buffer.get_allocator(), other.imp_->extHeap);
     if (other.imp_->type.valid() && !other.imp_->type.isPod()) {
-        const std::uint64_t count = other.size();
-        copy.grow(count);
-        const TypeMethods& methods = copy.imp_->type.methods();
-        for (std::uint64_t i = 0; i < count; ++i)
-            methods.assign(other[i], copy[i]);
+        copy.copyElements(other);
     } else {
         copy.imp_->buffer = other.imp_->buffer;
     }
@@ -199,6 +195,26 @@ void Array::construct(std::uint64_t from, std::uint64_t to) {
         }
     } catch (...) {
         destruct(from, done);
+        throw;
+    }
+}
+
+void Array::copyElements(const Array& other) {
+    const TypeMethods& methods = imp_->type.methods();
+    nuo::buffer<nuo::byte>& buffer = imp_->buffer;
+    buffer.resize(other.imp_->buffer.size());
+    const std::uint64_t count = size();
+    std::uint64_t made = 0;
+    try {
+        while (made < count) {
+            const Object element = (*this)[made];
+            methods.construct(element, &buffer.get_allocator(), imp_->extHeap);
+            ++made;
+            methods.assign(other[made - 1], element);
+        }
+    } catch (...) {
+        // This array goes next, and ends what stands in its buffer.
+        buffer.resize(made * stride());
         throw;
     }
 }

@@ -93,6 +93,8 @@ private:
     std::uint64_t stride() const { return imp_->type.payload(); }
     void grow(std::uint64_t count);
     void construct(std::uint64_t from, std::uint64_t to);
+    /// Makes the elements of an empty array those of `other`, which are of the same type.
+    void copyElements(const Array& other);
     void destruct(std::uint64_t from, std::uint64_t to);
 
     ArrayImp* imp_ = nullptr;
