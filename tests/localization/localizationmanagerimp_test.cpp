@@ -147,6 +147,14 @@ TEST_F(LocalizationManagerTest, ReplacesASourceWhoseFilesAreGone) {
     EXPECT_EQ(Lookup("oak", "ENG", "L1"), "second");
 }
 
+TEST_F(LocalizationManagerTest, LoadsATableThatWasMadeWhileTheFilesWereGone) {
+    Register("one.jpk", "L1");
+    store.FindOrCreate("ENG", "L1");
+    const auto second = Register("two.jpk", "L1");
+    second->Put("TWO-ENG.XLF", Xlf(Unit("oak", "second")));
+    EXPECT_EQ(Lookup("oak", "ENG", "L1"), "second");
+}
+
 TEST_F(LocalizationManagerTest, LoadsNothingFromASourceWhoseFilesAreGone) {
     Register("lib.jpk", "L1");
     EXPECT_EQ(Lookup("oak", "ENG", "L1"), "oak");

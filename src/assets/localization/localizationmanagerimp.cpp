@@ -11,12 +11,9 @@ namespace {
 
 constexpr const char* kFallbackLocale = "ENG";
 
-void ReadMessages(ILocalizationImp& messages, const MessageSource& source, nuo::string_ref locale) {
-    const std::shared_ptr<velmor::fs::IVfs> files = source.Files();
-    if (!files) {
-        return;
-    }
-    const nuo::archive::archive_ptr file = source.Open(*files, locale);
+void ReadMessages(ILocalizationImp& messages, const MessageSource& source, velmor::fs::IVfs& files,
+                  nuo::string_ref locale) {
+    const nuo::archive::archive_ptr file = source.Open(files, locale);
     if (file) {
         LocalizationXmlData reader(messages);
         XmlDriverState driver(reader);
@@ -144,10 +141,14 @@ ILocalizationManagerImp::Table& ILocalizationManagerImp::TableOf(Tables& tables,
 
 void ILocalizationManagerImp::Load(Table& table, const MessageSource& source,
                                    nuo::string_ref locale) {
+    const std::shared_ptr<velmor::fs::IVfs> files = source.Files();
+    if (!files) {
+        return;  // not looked for: another source may still come
+    }
     table.loaded = true;
     // A failure is tolerated because a text without its message still reads as its key: what came
     // before the bad place stays, and the file is not tried again.
-    Guarded([&] { ReadMessages(table.messages, source, locale); });
+    Guarded([&] { ReadMessages(table.messages, source, *files, locale); });
 }
 
 // `table` is the one of this locale and domain, or null when it was not made yet.
