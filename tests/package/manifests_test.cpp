@@ -89,6 +89,31 @@ TEST_F(ManifestsTest, LinksAFileWithAnAmpersandByItsEscapedName) {
     EXPECT_EQ(Option(again, kPartOption, "a&b.png", "name"), "string:a&b.png");
 }
 
+TEST_F(ManifestsTest, LeavesOutLinksThatWouldMakeThePackageUnreadable) {
+    const char* const folders[] = {"a&b", "a<b", "a\"b", "a\x01", "\xff"};
+    {
+        JpkFs package(inner, "a.jpk");
+        for (const char* name : folders) {
+            ASSERT_EQ(package.createDir(name), fs::er_ok);
+            WriteFile(package, std::string(name) + "/x.png", "x");
+        }
+        WriteFile(package, "b\x02.\x03", "b");
+        ASSERT_EQ(package.createDir("it's > fine"), fs::er_ok);
+        package.sync();
+    }
+    EXPECT_EQ(Part("cnx.xml"),
+              kLinksHead + FolderLink("it's > fine", "it&apos;s &gt; fine") + kLinksTail);
+    EXPECT_EQ(Part("[Content_Types].xml").find('\x03'), std::string::npos);
+    JpkFs again(inner, "a.jpk");
+    for (const char* name : folders) {
+        const std::string file = std::string(name) + "/x.png";
+        EXPECT_EQ(ReadFile(again, file), "x");
+        EXPECT_EQ(Option(again, kPartOption, file.c_str(), "type"), "string:image/png");
+    }
+    EXPECT_EQ(Option(again, kPackageOption, "a&b", "name"), "string:a&b");
+    EXPECT_EQ(Option(again, kPackageOption, "\xff", "name"), "none");
+}
+
 TEST_F(ManifestsTest, GivesTheTablesToTheFolderNamedQmxAlone) {
     JpkFs package(inner, "a.jpk");
     ASSERT_EQ(package.createDir("qmx"), fs::er_ok);

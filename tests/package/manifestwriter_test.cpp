@@ -89,6 +89,15 @@ TEST(LinksText, EscapesTheNamesOfFilesAndNotThoseOfFolders) {
                   kLinksTail);
 }
 
+TEST(ManifestWriter, LeavesOutElementsThatNoDocumentCanHold) {
+    PropertyMap node;
+    node.Set({"string", "a"}, "\x01");
+    node.Set({"string", "b\xff"}, "1");
+    node.Set({"string", "c"}, "2");
+    EXPECT_EQ(std::string(CoreText("R", node).data()),
+              kCoreHead + "<string name=\"c\">2</string>" + kCoreTail);
+}
+
 TEST(LinksText, WritesAnEmptyFolder) {
     EXPECT_EQ(std::string(LinksText().Finish().data()), kLinksHead + kLinksTail);
 }

@@ -40,9 +40,14 @@ inline std::string FileLink(const std::string& name, const std::string& type) {
            EntryElements(name, type) + "</link>";
 }
 
-inline std::string FolderLink(const std::string& name) {
-    return "<link name=\"" + name + "\">" + EntryElements(name, "application/octet-stream") +
+// The name of a folder stands as it is in its link, and escaped in the element.
+inline std::string FolderLink(const std::string& name, const std::string& escaped) {
+    return "<link name=\"" + name + "\">" + EntryElements(escaped, "application/octet-stream") +
            "</link>";
+}
+
+inline std::string FolderLink(const std::string& name) {
+    return FolderLink(name, name);
 }
 
 inline std::string FolderNode(const std::string& name) {

@@ -111,10 +111,12 @@ private:
             const PropertyMap& elements = description_.EntryOf(folder, name).properties;
             const nuo::string path = ChildPath(folder, name);
             if (IsFolder(inner_, path)) {
-                text.AddFolder(name, elements);
+                if (CanLinkFolder(name)) {
+                    text.AddFolder(name, elements);
+                }
                 description_.CompleteFolder(path, name);
                 WriteLinks(path, depth + 1);
-            } else {
+            } else if (CanLinkFile(name)) {
                 text.AddFile(name, elements);
                 types_.Add(ExtensionOf(name));
             }

@@ -20,7 +20,12 @@ constexpr const char* kQmxTables =
     "<double name=\"per-vtx normals\">0 0 0 0 0 0 0 0 0 0 0 0</double>"
     "<double name=\"per-vtx colors\">0 0 0 0 0 0 0 0 0 0 0 0</double></table></group>";
 
+// An element that no document can hold is left out: one of them would make the whole package
+// unreadable.
 void AppendElement(nuo::string_builder& text, const ElementKey& key, nuo::string_ref value) {
+    if (!IsXmlText(key.name) || !IsXmlText(value)) {
+        return;
+    }
     text.append('<').append(key.type);
     if (key.name.empty()) {
         text.append(" locale=\"en-us\">");
@@ -89,6 +94,17 @@ nuo::string CoreText(nuo::string_ref leaf, const PropertyMap& node) {
     }
     text.append("</node></group>").append(leaf == "qmx" ? kQmxTables : "").append("</root>");
     return nuo::string(text);
+}
+
+bool CanLinkFile(nuo::string_ref name) {
+    return IsXmlText(name);
+}
+
+bool CanLinkFolder(nuo::string_ref name) {
+    const bool breaks_the_tag = name.find('&') != nuo::string_ref::npos ||
+                                name.find('<') != nuo::string_ref::npos ||
+                                name.find('"') != nuo::string_ref::npos;
+    return !breaks_the_tag && IsXmlText(name);
 }
 
 LinksText::LinksText() {

@@ -31,6 +31,10 @@ nuo::string FormatText();
 // "core.xml" of the folder named `leaf`; empty for the root.
 nuo::string CoreText(nuo::string_ref leaf, const PropertyMap& node);
 
+// Whether a "cnx.xml" can name a child of this name and still be read again.
+bool CanLinkFile(nuo::string_ref name);
+bool CanLinkFolder(nuo::string_ref name);
+
 // "cnx.xml" of one folder: (AddFolder | AddFile)* Finish
 class LinksText {
 public:
