@@ -3,19 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "velmor/vfs/vfs_functions.h"
 #include "vfs/support.h"
 
 namespace {
 
 using namespace vfs_tests;
-
-std::string DeepPath(std::size_t components) {
-    std::string path = "d";
-    for (std::size_t i = 1; i < components; ++i)
-        path += "/d";
-    return path;
-}
 
 TEST(InMemoryTest, KeepsItsResource) {
     fs::InMemory files("scratch");
@@ -62,15 +54,6 @@ TEST(InMemoryTest, ListsBackwardToo) {
     --at;
     EXPECT_EQ(Text(at->path), "a");
     EXPECT_TRUE(at == range.first);
-}
-
-TEST(InMemoryTest, PathsOfMoreThan256ComponentsAreRefused) {
-    fs::InMemory files("scratch");
-    ASSERT_EQ(fs::recursiveCreateDir(files, DeepPath(255).c_str()), fs::er_ok);
-    EXPECT_EQ(files.createDir(DeepPath(256).c_str()), fs::er_ok);
-    EXPECT_EQ(files.createDir(DeepPath(257).c_str()), fs::er_invalid);
-    EXPECT_EQ(files.create(DeepPath(257).c_str(), fs::mode_all, fs::create_new), nullptr);
-    EXPECT_EQ(fs::recursiveRemove(files, "d"), fs::er_ok);
 }
 
 TEST(InMemoryTest, AnArchiveMayOutliveTheFileSystem) {

@@ -97,6 +97,7 @@ void MountedFileSystemsKnowTheirPlace(fs::IVfs& files) {
     EXPECT_EQ(files.root(), &root);
     EXPECT_TRUE(files.mounted());
     EXPECT_EQ(Text(files.mountPoint()), "/");
+    EXPECT_EQ(files.remove(""), fs::er_invalid);
     EXPECT_EQ(root.unmount("/"), fs::er_ok);
     EXPECT_EQ(files.root(), nullptr);
     EXPECT_EQ(Text(files.mountPoint()), "");

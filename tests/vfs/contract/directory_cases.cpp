@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "velmor/vfs/vfs_functions.h"
 #include "vfs/contract/file_system_contract.h"
 #include "vfs/support.h"
 
@@ -105,6 +106,20 @@ void RemoveOfTheRootIsInvalid(fs::IVfs& files) {
     EXPECT_EQ(files.remove("/"), fs::er_invalid);
 }
 
+void PathsOfMoreThan256ComponentsAreRefused(fs::IVfs& files) {
+    std::string deepest = "d";
+    for (int i = 1; i < 256; ++i)
+        deepest += "/d";
+    const std::string deeper = deepest + "/d";
+    ASSERT_EQ(fs::recursiveCreateDir(files, deepest.substr(2).c_str()), fs::er_ok);
+    EXPECT_EQ(files.createDir(deepest.c_str()), fs::er_ok);
+    EXPECT_EQ(files.createDir(deeper.c_str()), fs::er_invalid);
+    EXPECT_EQ(files.create(deeper.c_str(), fs::mode_all, fs::create_new), nullptr);
+    EXPECT_EQ(files.create(deeper.c_str(), fs::mode_all, fs::open_or_create), nullptr);
+    EXPECT_EQ(files.state(deeper.c_str()).state, fs::state_not_found);
+    EXPECT_EQ(fs::recursiveRemove(files, "d"), fs::er_ok);
+}
+
 void AFileCanTakeTheNameOfARemovedDirectory(fs::IVfs& files) {
     ASSERT_EQ(files.createDir("a"), fs::er_ok);
     WriteFile(files, "a/x", "below");
@@ -161,6 +176,7 @@ std::vector<Case> DirectoryCases() {
         {"RemoveTakesAFile", RemoveTakesAFile},
         {"RemoveTakesAnEmptyDirectoryOnly", RemoveTakesAnEmptyDirectoryOnly},
         {"RemoveOfTheRootIsInvalid", RemoveOfTheRootIsInvalid},
+        {"PathsOfMoreThan256ComponentsAreRefused", PathsOfMoreThan256ComponentsAreRefused},
         {"AFileCanTakeTheNameOfARemovedDirectory", AFileCanTakeTheNameOfARemovedDirectory},
         {"StateTellsOwnerPathAndSize", StateTellsOwnerPathAndSize},
     };

@@ -47,6 +47,13 @@ void RecursiveRemoveTakesATree(fs::IVfs& files) {
     EXPECT_EQ(fs::recursiveRemove(files, "absent"), fs::er_not_found);
 }
 
+void RecursiveRemoveOfTheTopEmptiesIt(fs::IVfs& files) {
+    ASSERT_EQ(fs::recursiveCreateDir(files, "a/b"), fs::er_ok);
+    WriteFile(files, "x", "1");
+    EXPECT_EQ(fs::recursiveRemove(files, ""), fs::er_invalid);
+    EXPECT_THAT(Names(files, ""), IsEmpty());
+}
+
 void TempFilesHaveNamesOfTheirOwn(fs::IVfs& files) {
     ASSERT_EQ(files.createDir("tmp"), fs::er_ok);
     const fs::TempFile one = fs::createTempFile(files, "tmp", "pre");
@@ -106,6 +113,7 @@ std::vector<Case> FunctionCases() {
         {"RecursiveCreateDirStopsAtAFile", RecursiveCreateDirStopsAtAFile},
         {"RecursiveCreateMakesParents", RecursiveCreateMakesParents},
         {"RecursiveRemoveTakesATree", RecursiveRemoveTakesATree},
+        {"RecursiveRemoveOfTheTopEmptiesIt", RecursiveRemoveOfTheTopEmptiesIt},
         {"TempFilesHaveNamesOfTheirOwn", TempFilesHaveNamesOfTheirOwn},
         {"TempFilesGoToTheTopByDefault", TempFilesGoToTheTopByDefault},
         {"TempDirsAreEmptyDirectories", TempDirsAreEmptyDirectories},

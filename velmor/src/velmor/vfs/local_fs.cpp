@@ -31,6 +31,10 @@ bool isRoot(nuo::string_ref path) {
     return private_::countComponents(path) == 0;
 }
 
+bool isTooDeep(nuo::string_ref path) {
+    return private_::countComponents(path) > max_path_components;
+}
+
 disk::path diskPath(nuo::string_ref path) {
     return disk::path(path.begin(), path.end());
 }
@@ -97,7 +101,7 @@ fs_error LocalFs::remove(nuo::string_ref path) {
 }
 
 fs_error LocalFs::createDir(nuo::string_ref path) {
-    if (isRoot(path)) return er_invalid;
+    if (isRoot(path) || isTooDeep(path)) return er_invalid;
     const int present = state(path).state;
     if (present == state_invalid) return er_invalid;
     if (present != state_not_found) return er_exist;
@@ -112,6 +116,7 @@ nuo::archive::archive_ptr LocalFs::create(nuo::string_ref path, unsigned mode, u
     const int present = state(path).state;
     if (present != state_file && present != state_not_found) return {};
     if (present == state_file && flag == create_new) return {};
+    if (present == state_not_found && isTooDeep(path)) return {};
     try {
         return openFile(joinPath(resource_, path), mode, flag);
     } catch (const nuo::exception&) {

@@ -14,7 +14,8 @@ public:
 
     /// er_invalid for "", er_not_empty for a directory with entries.
     fs_error remove(nuo::string_ref path) override;
-    /// er_invalid for "", er_exist, er_not_found without a parent, er_data_error when refused.
+    /// er_invalid for "" and too deep a path, er_exist, er_not_found without a parent,
+    /// er_data_error when refused.
     fs_error createDir(nuo::string_ref path) override;
     nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override;
     fs_error copy(nuo::string_ref from, nuo::string_ref to) override;

@@ -52,7 +52,8 @@ std::vector<nuo::string> childNames(IVfs& fs, nuo::string_ref path) {
 fs_error recursiveRemove(IVfs& fs, nuo::string_ref path) {
     // Tried on directories too: this takes empty ones, and links without what they lead to.
     const fs_error plain = fs.remove(path);
-    if (plain != er_not_empty) return plain;
+    // The top cannot be removed, but what it holds goes.
+    if (plain != er_not_empty && plain != er_invalid) return plain;
     for (const nuo::string& name : childNames(fs, path)) {
         const fs_error result = recursiveRemove(fs, joinPath(path, name));
         if (result != er_ok) return result;
@@ -143,7 +144,8 @@ nuo::string_ref folderOf(nuo::string_ref path) {
 fs_error checkRemovable(IVfs& fs, nuo::string_ref path) {
     if (fs.mounted()) {
         const nuo::string full = joinPath(fs.mountPoint(), normalizePath(path));
-        if (fs.root()->containMountPoint(full) || fs.root()->getFs(full) != nullptr)
+        const IVfs* there = fs.root()->getFs(full);
+        if (fs.root()->containMountPoint(full) || (there != nullptr && there != &fs))
             return er_busy_mounted;
     }
     switch (fs.state(path).state) {

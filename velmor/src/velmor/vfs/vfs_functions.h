@@ -17,7 +17,8 @@ struct TempFile {
 inline constexpr std::size_t max_path_components = 256;
 
 /// Removes a file, or a directory with all that it holds. Returns the first failure and stops
-/// there. A link to a directory is removed as a link: what it leads to stays.
+/// there. A link to a directory is removed as a link: what it leads to stays. Of the top, "", all
+/// that it holds is removed, and the result is er_invalid.
 fs_error recursiveRemove(IVfs& fs, nuo::string_ref path);
 
 /// Makes a directory and the parents that are missing. er_invalid when something on the way is not
