@@ -47,6 +47,13 @@ TEST_F(LocalizationXmlDataTest, JoinsAMessageWithEntitiesAndReferences) {
     EXPECT_EQ(Message("A"), "Oak & <Pine> \xc3\xa9\xf0\x9f\x98\x80");
 }
 
+TEST_F(LocalizationXmlDataTest, TakesCdataAsTextAndAPrefixedTagAsAnotherElement) {
+    Read("<r xmlns:x='urn:x'>" + Unit("A", "<![CDATA[Oak & ]]>Pine") +
+         "<trans-unit id=\"B\"><x:target>Ash</x:target></trans-unit></r>");
+    EXPECT_EQ(Message("A"), "Oak & Pine");
+    EXPECT_EQ(Message("B"), "none");
+}
+
 TEST_F(LocalizationXmlDataTest, KeepsTheBlanksOfAMessage) {
     Read(Xlf(Unit("A", "  Oak \n ")));
     EXPECT_EQ(Message("A"), "  Oak \n ");

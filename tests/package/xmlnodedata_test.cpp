@@ -60,6 +60,16 @@ TEST(XmlNodeData, ReadsTheElementsOfEachLink) {
     EXPECT_STREQ(links.at("R").name.data(), "R");
 }
 
+TEST(XmlNodeData, TakesTwoLinksOfOneNameAsOneChild) {
+    PackageFolder links;
+    Read(XmlNodeData(links), kLinksHead +
+                                 "<link name=\"a\"><s name=\"v\">1</s><s name=\"w\">1</s></link>"
+                                 "<link name=\"a\"><s name=\"v\">2</s></link>" +
+                                 kLinksTail);
+    ASSERT_EQ(links.size(), 1U);
+    EXPECT_THAT(Listed(links.at("a").properties), ElementsAre("s/v=2", "s/w=1"));
+}
+
 TEST(XmlNodeData, KeepsElementsOfAnyKindAndName) {
     EXPECT_THAT(NodeOf(kCoreHead + "<foreign name=\"f\" other=\"o\">x</foreign>" + kCoreTail),
                 ElementsAre("foreign/f=x"));

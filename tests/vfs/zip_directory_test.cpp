@@ -288,6 +288,15 @@ TEST_F(ZipDirectoryTest, EmptyPartsOfANameAreDropped) {
     EXPECT_EQ(ReadFile(files, "a/b"), "text");
 }
 
+TEST_F(ZipDirectoryTest, NamesAreTakenAsTheirBytesWhateverTheFlagsSay) {
+    ZipEntry latin = Stored("M\xE4rz", "1");
+    ZipEntry locked = Stored("b", "2");
+    locked.flags = 0xFFFF;
+    fs::ZipFs& files = Open(Zip({latin, locked}));
+    EXPECT_EQ(ReadFile(files, "M\xE4rz"), "1");
+    EXPECT_EQ(ReadFile(files, "b"), "2");
+}
+
 TEST_F(ZipDirectoryTest, NamesOfMoreThan256ComponentsRaise) {
     std::string name = "d";
     for (int i = 1; i < 256; ++i)
