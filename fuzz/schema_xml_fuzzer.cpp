@@ -1,5 +1,6 @@
-// Schema files: read into a batch over a root schema, written, and read again. From the second
-// writing on the text must stay as it is.
+// Schema files: read into a batch over a root schema, written, and read again. The text settles
+// after three rounds at most: the first gives a property the flags of the base, the second the
+// label that goes with these flags.
 
 #include <cstdint>
 #include <cstdlib>
@@ -75,11 +76,14 @@ nuo::string ReadAndWrite(World& world, nuo::string_ref text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static World world;
-    const nuo::string first =
+    nuo::string text =
         ReadAndWrite(world, {reinterpret_cast<const char*>(data), std::uint64_t{size}});
-    if (first.empty() || first.size() > kMaxSchemaBytes) return 0;
-    const nuo::string second = ReadAndWrite(world, first);
-    if (second.empty() || second.size() > kMaxSchemaBytes) std::abort();
-    if (!(ReadAndWrite(world, second) == second)) std::abort();
+    if (text.empty()) return 0;
+    for (int round = 0; round < 2; ++round) {
+        if (text.size() > kMaxSchemaBytes) return 0;
+        text = ReadAndWrite(world, text);
+        if (text.empty()) std::abort();
+    }
+    if (text.size() <= kMaxSchemaBytes && !(ReadAndWrite(world, text) == text)) std::abort();
     return 0;
 }

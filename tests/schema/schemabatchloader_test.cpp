@@ -97,6 +97,22 @@ TEST_F(SchemaBatchLoaderTest, AFileThatIsNoSchemaIsNullAndTheBatchGoesOn) {
     EXPECT_TRUE(loader->Commit());
 }
 
+TEST_F(SchemaBatchLoaderTest, AStreamThatRaisesIsNull) {
+    class RaisingStream final : public MemoryStream {
+    public:
+        std::uint64_t Read(void*, std::uint64_t) override { throw std::runtime_error("gone"); }
+    } stream;
+    EXPECT_EQ(loader->LoadSchema(&stream), nullptr);
+}
+
+TEST_F(SchemaBatchLoaderTest, AStreamThatNeverEndsIsNull) {
+    class EndlessStream final : public MemoryStream {
+    public:
+        std::uint64_t Read(void*, std::uint64_t length) override { return length; }
+    } stream;
+    EXPECT_EQ(loader->LoadSchema(&stream), nullptr);
+}
+
 TEST_F(SchemaBatchLoaderTest, EachLoaderHasANamespaceOfItsOwnThatGoesWithIt) {
     EXPECT_EQ(Batches(), 1u);
     ISchemaBatchLoader* second = new SchemaBatchLoader(world.context, global, &world);

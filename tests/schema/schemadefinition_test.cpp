@@ -5,6 +5,29 @@
 
 namespace korvanet::platform::assets {
 
+namespace {
+
+// A target that fails in the two ways in which a writer can.
+class BrokenWriter final : public core::IDataWriter {
+public:
+    explicit BrokenWriter(bool raises) : raises_(raises) {}
+    bool IsOpen() const override { return true; }
+    void Close() override {}
+    bool CanWrite() const override { return true; }
+    std::uint64_t Write(const void*, std::uint64_t) override { return 0; }
+    bool WriteExact(const void*, std::uint64_t) override {
+        if (raises_) throw std::runtime_error("full");
+        return false;
+    }
+    std::uint64_t Seek(std::int64_t, core::SeekOrigin) override { return 0; }
+    std::uint64_t Tell() const override { return 0; }
+
+private:
+    bool raises_;
+};
+
+}  // namespace
+
 class SchemaDefinitionTest : public SchemaTest {
 protected:
     SchemaDefinitionTest() {
@@ -128,6 +151,13 @@ TEST_F(SchemaDefinitionTest, WritesToAnOpenStreamOnly) {
     MemoryStream untouched;
     EXPECT_FALSE(NewSchema("").WriteTo(&untouched));
     EXPECT_EQ(untouched.GetBuffer().size(), 0u);
+}
+
+TEST_F(SchemaDefinitionTest, AWriterThatFailsMakesItFalse) {
+    BrokenWriter shortWriter(false);
+    BrokenWriter raisingWriter(true);
+    EXPECT_FALSE(child.WriteTo(&shortWriter));
+    EXPECT_FALSE(child.WriteTo(&raisingWriter));
 }
 
 }  // namespace korvanet::platform::assets

@@ -30,17 +30,21 @@ SchemaBatchLoader::~SchemaBatchLoader() {
 }
 
 IAssetSchema* SchemaBatchLoader::LoadSchema(core::IDataReader* stream) {
-    return spent_ ? nullptr : store_.LoadSchema(stream, nuo::string());
+    if (spent_) return nullptr;
+    return Guarded(nullptr,
+                   [&]() -> IAssetSchema* { return store_.LoadSchema(stream, nuo::string()); });
 }
 
 bool SchemaBatchLoader::Commit() {
     if (spent_) return true;
-    if (store_.HasPending()) return false;
-    for (std::uint64_t i = 0; i < store_.GetSchemaCount(); ++i) {
-        if (!global_.AddSchema(store_.GetSchema(i))) return false;
-    }
-    RemoveStore();
-    return true;
+    return Guarded(false, [this] {
+        if (store_.HasPending()) return false;
+        for (std::uint64_t i = 0; i < store_.GetSchemaCount(); ++i) {
+            if (!global_.AddSchema(store_.GetSchema(i))) return false;
+        }
+        RemoveStore();
+        return true;
+    });
 }
 
 void SchemaBatchLoader::Release() {

@@ -2,6 +2,7 @@
 
 #include <korvanet/platform/core/idatawriter.h>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
 #include "assets/property/enumeration.h"
 #include "assets/schema/propertydata.h"
@@ -42,8 +43,10 @@ void KRVTSchemaDefinition::GetId(IString& id) const {
 
 bool KRVTSchemaDefinition::WriteTo(core::IDataWriter* writer) const {
     if (writer == nullptr || !writer->IsOpen()) return false;
-    const nuo::string text = WriteSchemaXml(*this);
-    return !text.empty() && writer->WriteExact(text.data(), text.size());
+    return Guarded(false, [&] {
+        const nuo::string text = WriteSchemaXml(*this);
+        return !text.empty() && writer->WriteExact(text.data(), text.size());
+    });
 }
 
 std::uint64_t KRVTSchemaDefinition::GetAliasCount() const {
