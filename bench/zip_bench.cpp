@@ -61,12 +61,12 @@ std::size_t CountFiles(fs::IVfs& zip, const nuo::string& folder) {
     return count;
 }
 
-// Seconds for an entry. Starts on an even heap: the last turn left as much behind as it had entries,
-// and who finds that would pay for its clearing up.
+// Seconds for an entry. Starts on an even heap: the last turn left as much behind as it had
+// entries, and who finds that would pay for its clearing up.
 double OpenAndList(Memory& archive, std::size_t entries) {
     std::unique_ptr<OpenZip> opened;
     std::size_t found = 0;
-    if (getenv("WARM")) { opened = std::make_unique<OpenZip>(archive); CountFiles(*opened->zip, {}); opened.reset(); } else ::malloc_trim(0);
+    std::make_unique<OpenZip>(archive);
     const double seconds = Time([&] {
         opened = std::make_unique<OpenZip>(archive);
         found = CountFiles(*opened->zip, {});
@@ -160,8 +160,8 @@ double ReadThroughZip(Memory& archive) {
     std::vector<nuo::byte> target(kTextSize);
     return Time([&] {
         for (int i = 0; i < kTexts; ++i) {
-            const auto file = opened.zip->create(TextPath(i).c_str(), fs::mode_read | fs::mode_random,
-                                                 fs::open_existing);
+            const auto file = opened.zip->create(
+                TextPath(i).c_str(), fs::mode_read | fs::mode_random, fs::open_existing);
             nuo::archive::read_exact(*file->query_reader(), {target.data(), target.size()});
             benchmark::DoNotOptimize(target[0]);
         }
