@@ -4,6 +4,7 @@
 
 #include <korvanet/platform/core/idatareader.h>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/path.h"
 #include "assets/manager/base/report.h"
 #include "assets/schema/propertydata.h"
@@ -116,13 +117,11 @@ KRVTSchemaDefinition* SchemaManager::LoadSchema(nuo::archive::iarchive& source,
 }
 
 KRVTSchemaDefinition* SchemaManager::LoadFromFile(const nuo::string& path) {
-    try {
+    // A file that can't be read is one without a schema.
+    return Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
         nuo::archive::file_read_archive file(path);
         return LoadSchema(file, path);
-    } catch (const nuo::exception&) {
-        // A file that can't be read is one without a schema.
-        return nullptr;
-    }
+    });
 }
 
 KRVTSchemaDefinition* SchemaManager::LoadFromFolder(const nuo::string& folder,
@@ -161,16 +160,11 @@ SchemaManager::SchemaPtr SchemaManager::Parse(nuo::archive::iarchive& source,
                                               const nuo::string& sourcePath) const {
     nuo::archive::random* extent = source.query_random();
     if (extent == nullptr || extent->size() > kMaxSchemaBytes) return SchemaPtr();
-    SchemaPtr schema = MakeSchema(nuo::string());
+    const SchemaPtr schema = MakeSchema(nuo::string());
     SchemaManagerXmlData reader(*schema, sourcePath);
     XmlDriverState driver(reader);
-    try {
-        ParseXml(driver, source);
-    } catch (const nuo::exception&) {
-        // Malformed, too large or unreadable: there is no schema, and a batch may go on.
-        return SchemaPtr();
-    }
-    return schema;
+    // Malformed, too large or unreadable: there is no schema, and a batch may go on.
+    return Guarded(false, [&] { return ParseXml(driver, source); }) ? schema : SchemaPtr();
 }
 
 KRVTSchemaDefinition* SchemaManager::Loaded(nuo::string_ref id) const {
