@@ -226,7 +226,7 @@ public:
     Guarded() : InMemory("guarded") {}
 
     nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override {
-        if ((mode & fs::mode_write) != 0) ++writes;
+        if ((mode & fs::mode_write) != 0) written.push_back(vfs_tests::Text(path));
         if (path == nuo::string_ref(refused.c_str())) return nullptr;
         return InMemory::create(path, mode, flag);
     }
@@ -237,7 +237,7 @@ public:
 
     nuo::any read_only;
     std::string refused;
-    int writes = 0;
+    std::vector<std::string> written;
     int syncs = 0;
 };
 
@@ -261,17 +261,28 @@ TEST(Manifests, AreWrittenOverAStoreThatSaysItIsWritableOrSaysSomethingElse) {
     }
 }
 
+// In a ZIP file this is the order of the entries.
+TEST(Manifests, AreWrittenLinksFirstAndDescriptionsLast) {
+    Guarded inner;
+    JpkFs package(inner, "a.jpk");
+    ASSERT_EQ(package.createDir("R"), fs::er_ok);
+    ASSERT_EQ(package.createDir("R/S"), fs::er_ok);
+    package.sync();
+    EXPECT_THAT(inner.written, ElementsAre("R/S/cnx.xml", "R/cnx.xml", "cnx.xml",
+                                           "[Content_Types].xml", "korvanet-design-package.xml",
+                                           "core.xml", "R/core.xml", "R/S/core.xml"));
+}
+
 TEST(Manifests, AreLeftAloneWhereTheyHoldTheTextAlready) {
     Guarded inner;
     JpkFs package(inner, "a.jpk");
     package.sync();
-    const int writes = inner.writes;
+    inner.written.clear();
     package.sync();
-    EXPECT_EQ(inner.writes, writes);
+    EXPECT_THAT(inner.written, IsEmpty());
     WriteFile(package, "a.png", "");
     package.sync();
-    // The file itself, the links of the root and the content types.
-    EXPECT_EQ(inner.writes, writes + 3);
+    EXPECT_THAT(inner.written, ElementsAre("a.png", "cnx.xml", "[Content_Types].xml"));
 }
 
 TEST(Manifests, NameThePathOfOneThatCannotBeWritten) {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "nuo/common/file_archive.h"
 #include "nuo/common/multiplex.h"
 #include "velmor/vfs/in_memory_fs.h"
@@ -131,6 +133,41 @@ TEST(RecursiveRemoveTest, StopsAtTheFirstFailure) {
         WriteFile(files, name, "");
     EXPECT_EQ(fs::recursiveRemove(files, "a"), fs::er_data_error);
     EXPECT_THAT(Names(files, "a"), testing::ElementsAre("b", "c"));
+}
+
+// Tells of the first few names of files and directories that they are taken.
+class CrowdedFs : public fs::InMemory {
+public:
+    CrowdedFs() : InMemory("crowded") {}
+
+    nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override {
+        if (!Tried(path)) return {};
+        return InMemory::create(path, mode, flag);
+    }
+    fs::fs_error createDir(nuo::string_ref path) override {
+        return Tried(path) ? InMemory::createDir(path) : fs::er_exist;
+    }
+
+    std::vector<std::string> tried;
+
+private:
+    bool Tried(nuo::string_ref path) {
+        tried.push_back(Text(path));
+        return tried.size() > 3;
+    }
+};
+
+TEST(CreateTempTest, TriesOtherNamesAfterACollision) {
+    CrowdedFs files;
+    const fs::TempFile file = fs::createTempFile(files, "", "pre");
+    ASSERT_NE(file.archive, nullptr);
+    ASSERT_EQ(files.tried.size(), 4u);
+    EXPECT_EQ(Text(file.path), files.tried.back());
+    EXPECT_EQ(std::set<std::string>(files.tried.begin(), files.tried.end()).size(), 4u);
+    CrowdedFs others;
+    const std::string folder = Text(fs::createTempDir(others, "", "pre"));
+    ASSERT_EQ(others.tried.size(), 4u);
+    EXPECT_EQ(folder, others.tried.back());
 }
 
 TEST(RecursiveCreateDirTest, TellsWhyADirectoryCouldNotBeMade) {
