@@ -30,7 +30,7 @@ namespace fs = std::filesystem;
 void Make(Story& story, Session& session, const fs::path& file, const fs::path& content) {
     story.Step("Load the schemas of the starter content",
                [&] { return LoadSchemas(session, content); },
-               {"CeramicSchema on CommonSchema, for a materialappearance: 27 properties",
+               {"CeramicSchema on CommonSchema, for a materialappearance: 25 properties",
                 "CommonSchema: 17 properties",
                 "GenericSchema on CommonSchema, for a materialappearance: 26 properties",
                 "UnifiedBitmapSchema on CommonSchema, for a texture: 25 properties"});

@@ -7,6 +7,7 @@
 #include <korvanet/platform/assets/iassetlibrary.h>
 #include <korvanet/platform/assets/iassetlibrarymanager.h>
 #include <korvanet/platform/core/utf8string.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -65,6 +66,8 @@ int main(int argc, char** argv) {
                                    : std::filesystem::temp_directory_path() /
                                          ("first_steps-" + std::to_string(getpid()) + ".jpk");
 
+    // Where the library keeps its scratch files; a host that leaves it unset has them at the root.
+    setenv("TMPDIR", std::filesystem::temp_directory_path().c_str(), 0);
     IAssetLibraryManager* manager = GetIAssetLibraryManager();
     manager->AddReference();
     const int status = Run(*manager, file);
