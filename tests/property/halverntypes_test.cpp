@@ -57,7 +57,7 @@ TEST_F(HalvernTypesTest, PlainTypesHaveTheirPositions) {
 
 TEST_F(HalvernTypesTest, TheArraysOfTheClassesAreInstancesOfTheGeneric) {
     for (const char* element : {"int8", "int", "double", "string", "color3", "color4"}) {
-        const nuo::string path(nuo::string("run.", element), "_array");
+        const nuo::string path(nuo::string(nuo::string_ref("run."), element), "_array");
         const velmor::Type type = context.types.Namespaces().locateType(path);
         ASSERT_TRUE(type.valid()) << element;
         EXPECT_TRUE(type.modelName() == "array");

@@ -59,7 +59,7 @@ TEST_F(PropertyGroupTest, OrderIsThatOfTheStrings) {
     for (const char* first : pieces) {
         for (const char* second : pieces) {
             for (const char* tail : {"", "1234567", "12345678", "123456789"}) {
-                const nuo::string name(nuo::string(tail, first), second);
+                const nuo::string name(nuo::string(nuo::string_ref(tail), first), second);
                 if (std::find(names.begin(), names.end(), name) == names.end()) {
                     names.push_back(name);
                     group.Insert(MakeProperty(context, ValueClass::kScalarValue, name, "", 0));
