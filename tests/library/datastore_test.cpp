@@ -202,6 +202,24 @@ TEST(DataStore, FlushWritesTheFreeChainInAscendingOrder) {
     EXPECT_EQ(store.Content(), Header(136, 0, 3, 0) + Block(1, 0, 0, 'a') + second + kept + last);
 }
 
+TEST(DataStore, FreeChainLeadsFromEachRunToTheFirstBlockOfTheNext) {
+    Store store;
+    const auto single = store.Add(1, 'a');
+    store.Add(1, 'b');
+    const auto three = store.Add(300, 'c');
+    store.Add(1, 'd');
+    store->Free(single);
+    store->Free(three);
+    store->Flush();
+    const std::string content = store.Content();
+    EXPECT_EQ(content.substr(0, 16), Header(136, 0, 4, 0));
+    EXPECT_EQ(content.substr(16, 8), Block(2, 0, 0).substr(0, 8));
+    EXPECT_EQ(content.substr(16 + 2 * 136, 8), Block(3, 0, 0).substr(0, 8));
+    EXPECT_EQ(content.substr(16 + 4 * 136, 8), Block(kNone, 0, 0).substr(0, 8));
+    Store again(content);
+    EXPECT_THAT(again->FreeBlocks().Runs(), ElementsAre(BlockRun{0, 1}, BlockRun{2, 5}));
+}
+
 TEST(DataStore, SingleFreeBlockIsFirstAndLast) {
     Store store;
     store.Add(1, 'a');

@@ -200,6 +200,7 @@ TEST_F(NamespaceTest, AChildHidesATypeOfItsNameInTheSamePlace) {
     EXPECT_FALSE(root.locateType(".x").valid());
     const Type inside = addType(makeNamespace("x"), "x");
     EXPECT_EQ(root.locateType("x.x"), inside);
+    EXPECT_FALSE(root.locateType("x").valid()) << "the path ends at the namespace, not inside it";
 }
 
 TEST_F(NamespaceTest, AnAliasWithoutATargetStopsTheSearch) {

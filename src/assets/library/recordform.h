@@ -9,9 +9,11 @@
 
 // The records of a definition in the two block stores; see docs/formats/records.md.
 //
-//   instance record := schema_id:string identifier:string parent:string? property*     the
-//   read-write group listing record  := property* the iteration group property        := body?
-//   tail?                                                      see propertystream.h
+//   instance record = schema_id:string identifier:string parent:string? property*
+//   listing record  = property*
+//   property        = body? tail?                                 see propertystream.h
+//
+// An instance record holds the read-write group, a listing record the iteration group.
 //
 // `parent` stands only in the libraries of asset streams. What lies behind the last property means
 // nothing.
