@@ -18,12 +18,6 @@ bool TakesTail(const RecordLayout::Item& item) {
     return (item.flags & PropertyFlags::kConnectionMask) != 0;
 }
 
-bool InForm(const RecordLayout::Item& item, std::size_t group, const RecordForm& form) {
-    if (group != PropertyTableImp::kIterationGroup) return true;
-    if (!form.has_version_guid && item.descriptor->name == kVersionGuid) return false;
-    return form.has_base_schema || !(item.descriptor->name == kBaseSchema);
-}
-
 // The property that an item means. Groups are asked in order, since a merge of schemas may have
 // moved it.
 PropertyBase* FindLike(const PropertyTableImp& table, std::size_t group,
@@ -39,6 +33,12 @@ void ReadItem(nuo::archive::reader& in, const RecordLayout::Item& item, Property
 }
 
 }  // namespace
+
+bool InForm(const RecordLayout::Item& item, std::size_t group, const RecordForm& form) {
+    if (group != PropertyTableImp::kIterationGroup) return true;
+    if (!form.has_version_guid && item.descriptor->name == kVersionGuid) return false;
+    return form.has_base_schema || !(item.descriptor->name == kBaseSchema);
+}
 
 RecordHeader ReadRecordHeader(nuo::archive::reader& in, const RecordForm& form) {
     RecordHeader header;

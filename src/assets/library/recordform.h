@@ -31,6 +31,9 @@ struct RecordForm {
     bool has_base_schema = true;
 };
 
+// Does a record of the group hold the item at all?
+bool InForm(const RecordLayout::Item& item, std::size_t group, const RecordForm& form);
+
 struct RecordHeader {
     nuo::string schema;
     nuo::string identifier;

@@ -17,11 +17,6 @@
 namespace korvanet::platform::assets {
 namespace {
 
-// Entities may make a text this many times as long as the document, once it is long at all. Honest
-// documents hold the odd character entity; expat's own bound of a hundred would let a file of a few
-// megabytes fill hundreds.
-constexpr float kMaxEntityGrowth = 8.0F;
-
 struct ParserDeleter {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };

@@ -17,6 +17,11 @@ constexpr int deflate_memory = 9;
 
 }  // namespace
 
+std::uint32_t zipChecksum(std::uint32_t so_far, nuo::archive::const_byte_range bytes) {
+    return static_cast<std::uint32_t>(
+        ::crc32(so_far, bytes.first, static_cast<uInt>(bytes.size())));
+}
+
 ZipCodec::~ZipCodec() {
     if (inflateReady_) ::inflateEnd(&inflate_);
     if (deflateReady_) ::deflateEnd(&deflate_);

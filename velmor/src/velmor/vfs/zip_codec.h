@@ -16,6 +16,9 @@ struct PackedData {
     std::uint32_t crc32 = 0;
 };
 
+/// The checksum that headers tell, of bytes that follow those which gave `so_far`; 0 begins.
+std::uint32_t zipChecksum(std::uint32_t so_far, nuo::archive::const_byte_range bytes);
+
 /// Moves the data of entries between archives. Its streams and buffers are made on first use and
 /// serve every further entry.
 class ZipCodec {

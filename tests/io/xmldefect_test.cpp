@@ -1,0 +1,43 @@
+#include "assets/serialization/io/xmldefect.h"
+
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+namespace korvanet::platform::assets {
+namespace {
+
+std::optional<XmlDefect> DefectOf(const char* text) {
+    const auto* first = reinterpret_cast<const nuo::byte*>(text);
+    return FindXmlDefect(nuo::buffer<nuo::byte>(first, first + std::strlen(text)));
+}
+
+TEST(XmlDefect, IsNothingForAWellFormedDocument) {
+    EXPECT_FALSE(DefectOf("<a>\n<b/></a>\n"));
+}
+
+TEST(XmlDefect, TellsLineOffsetAndReason) {
+    const auto defect = DefectOf("<a>\n<b>\n</a>");
+    ASSERT_TRUE(defect);
+    EXPECT_EQ(defect->line, 3U);
+    EXPECT_EQ(defect->offset, 10U);
+    EXPECT_TRUE(defect->what == "mismatched tag");
+}
+
+TEST(XmlDefect, OfADocumentThatEndsEarlyIsAtItsEnd) {
+    const auto defect = DefectOf("<a>\n<b>");
+    ASSERT_TRUE(defect);
+    EXPECT_EQ(defect->line, 2U);
+    EXPECT_EQ(defect->offset, 7U);
+    EXPECT_TRUE(defect->what == "no element found");
+}
+
+TEST(XmlDefect, OfNothingSaysSo) {
+    const auto defect = DefectOf("");
+    ASSERT_TRUE(defect);
+    EXPECT_EQ(defect->line, 1U);
+    EXPECT_TRUE(defect->what == "there is nothing in it");
+}
+
+}  // namespace
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,151 @@
+#include "inspect/manifestcheck.h"
+
+#include <map>
+#include <set>
+
+#include "assets/package/contenttype.h"
+#include "assets/package/jpkfs.h"
+#include "assets/package/manifestwords.h"
+#include "assets/package/manifestwriter.h"
+#include "assets/package/xmlnodedata.h"
+#include "assets/serialization/io/xmlhandler.h"
+#include "nuo/common/buffer_archive.h"
+
+namespace halvern::inspect {
+namespace {
+
+using namespace korvanet::platform::assets;
+
+constexpr const char* kLinks = "cnx.xml";
+constexpr const char* kNode = "core.xml";
+constexpr const char* kTypes = "[Content_Types].xml";
+constexpr const char* kMarker = "korvanet-design-package.xml";
+constexpr const char* kFormat = "http://www.korvanet.com/design-package/2009";
+
+// Takes attributes of the elements of one name, or the text of the document.
+class TypeRows final : public IXmlCallBack {
+public:
+    void OnXml(XmlDriverState&, const nuo::string& name, const nuo::string&,
+               const XmlAttributes& attributes, bool start) override {
+        if (!start || !(name == "Default")) return;
+        const auto extension = attributes.find("Extension");
+        if (extension != attributes.end()) extensions.insert(Text(extension->second));
+    }
+
+    std::set<std::string> extensions;
+};
+
+class AllText final : public IXmlCallBack {
+public:
+    void OnXml(XmlDriverState&, const nuo::string&, const nuo::string& chunk, const XmlAttributes&,
+               bool) override {
+        text += Text(chunk);
+    }
+
+    std::string text;
+};
+
+class ManifestCheck {
+public:
+    ManifestCheck(PackageParts& parts, Findings& findings) : parts_(parts), findings_(findings) {}
+
+    void Run() {
+        CheckFolder("");
+        CheckTypes();
+        CheckMarker();
+    }
+
+private:
+    // False when the part is not there, with a finding.
+    bool Present(const std::string& path) {
+        if (parts_.IsFile(path)) return !parts_.IsUnreadable(path);
+        findings_.Add({"package.missing", path, "", "the part is missing"});
+        return false;
+    }
+
+    // False when there is nothing to compare with; otherwise the events of the part have come.
+    bool Parse(const std::string& path, IXmlCallBack& callback, bool closes) {
+        if (!Present(path) || !CheckXml(parts_, path, "package.xml", closes, findings_))
+            return false;
+        XmlDriverState driver(callback);
+        const auto part = parts_.Open(path);
+        return part && ParseXml(driver, *part);
+    }
+
+    void CheckFolder(const std::string& folder) {
+        const std::string prefix = folder.empty() ? "" : folder + "/";
+        std::set<std::string> children;
+        for (const std::string& file : parts_.Files(folder)) {
+            if (!IsUserPath(Ref(file))) continue;
+            children.insert(file);
+            TakeExtension(file, prefix + file);
+        }
+        const std::vector<std::string> folders = parts_.Folders(folder);
+        children.insert(folders.begin(), folders.end());
+        CheckLinks(prefix + kLinks, children);
+        CheckNode(folder, prefix + kNode);
+        for (const std::string& below : folders)
+            CheckFolder(prefix + below);
+    }
+
+    void TakeExtension(const std::string& file, const std::string& path) {
+        const auto dot = file.rfind('.');
+        if (dot != std::string::npos && dot + 1 != file.size())
+            extensions_.emplace(file.substr(dot + 1), path);
+    }
+
+    void CheckLinks(const std::string& path, const std::set<std::string>& children) {
+        PackageFolder links;
+        XmlNodeData reader(links);
+        if (!Parse(path, reader, true)) return;
+        for (const auto& [name, entry] : links)
+            if (!children.contains(Text(name)))
+                findings_.Add({"package.links", path, "link " + Text(name),
+                               "a link names a part that is not there"});
+        for (const std::string& child : children)
+            if (links.find(nuo::string_ref(child)) == links.end())
+                findings_.Add(
+                    {"package.links", path, "link " + child, "the link of a part is missing"});
+    }
+
+    void CheckNode(const std::string& folder, const std::string& path) {
+        PropertyMap node;
+        XmlNodeData reader(node);
+        if (!Parse(path, reader, true) || folder != parts_.Identifier() || folder.empty()) return;
+        const auto* identifier = node.FindByName(words::Identifier().name);
+        if (identifier != nullptr && Text(identifier->second) != folder)
+            findings_.Add({"package.identifier", path, "element identifier",
+                           "the identifier " + Text(identifier->second) +
+                               " is not that of the library's folder"});
+    }
+
+    void CheckTypes() {
+        TypeRows rows;
+        if (!Parse(kTypes, rows, false)) return;
+        for (const auto& [extension, path] : extensions_)
+            if (!rows.extensions.contains(extension))
+                findings_.Add({"package.types", kTypes, "extension " + extension,
+                               "no content type is told for " + path});
+    }
+
+    void CheckMarker() {
+        AllText marker;
+        if (!Parse(kMarker, marker, false)) return;
+        if (marker.text != kFormat)
+            findings_.Add({"package.marker", kMarker, "",
+                           "the part does not name the format " + std::string(kFormat)});
+    }
+
+    PackageParts& parts_;
+    Findings& findings_;
+    // The first file of each extension.
+    std::map<std::string, std::string> extensions_;
+};
+
+}  // namespace
+
+void CheckManifests(PackageParts& parts, Findings& findings) {
+    ManifestCheck(parts, findings).Run();
+}
+
+}  // namespace halvern::inspect

@@ -1,0 +1,74 @@
+#include "inspect/packageparts.h"
+
+#include "assets/library/libraryparts.h"
+#include "assets/serialization/io/xmldefect.h"
+#include "nuo/common/archive/primitives.h"
+
+namespace halvern::inspect {
+
+namespace fs = velmor::fs;
+namespace assets = korvanet::platform::assets;
+
+PackageParts::PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable)
+    : cache_("inspect"), zip_(file, cache_, "inspect", false), unreadable_(std::move(unreadable)) {
+    const std::string legacy = Text(assets::kLegacyFolder);
+    legacy_ = zip_.state(Ref(legacy)).state == fs::state_directory;
+    const std::vector<std::string> folders = Folders(legacy_ ? legacy : "");
+    if (!folders.empty()) identifier_ = folders.front();
+}
+
+std::vector<std::string> PackageParts::Children(const std::string& folder, int state) {
+    std::vector<std::string> names;
+    const std::string prefix = folder.empty() ? "" : folder + "/";
+    for (const fs::VfsNode& node : zip_.children(Ref(folder)))
+        if (zip_.state(Ref(prefix + Text(node.path))).state == state)
+            names.push_back(Text(node.path));
+    return names;
+}
+
+std::vector<std::string> PackageParts::Files(const std::string& folder) {
+    return Children(folder, fs::state_file);
+}
+
+std::vector<std::string> PackageParts::Folders(const std::string& folder) {
+    return Children(folder, fs::state_directory);
+}
+
+bool PackageParts::IsFile(const std::string& path) {
+    return zip_.state(Ref(path)).state == fs::state_file;
+}
+
+nuo::archive::archive_ptr PackageParts::Open(const std::string& path) {
+    if (IsUnreadable(path)) return nullptr;
+    try {
+        return zip_.create(Ref(path), fs::mode_read | fs::mode_random, fs::open_existing);
+    } catch (const nuo::exception&) {
+        MarkUnreadable(path);
+        return nullptr;
+    }
+}
+
+std::optional<Bytes> PackageParts::Read(const std::string& path) {
+    const nuo::archive::archive_ptr part = Open(path);
+    if (!part) return std::nullopt;
+    Bytes bytes;
+    bytes.resize(part->query_random()->size());
+    part->query_random()->seek(0);
+    nuo::archive::read_some(*part->query_reader(), {bytes.begin(), bytes.end()});
+    return bytes;
+}
+
+bool CheckXml(PackageParts& parts, const std::string& path, const char* rule, bool closes,
+              Findings& findings) {
+    const auto text = parts.Read(path);
+    if (!text) return false;
+    const auto defect = assets::FindXmlDefect(*text);
+    if (!defect) return true;
+    parts.MarkUnreadable(path);
+    findings.Add({rule, path,
+                  "line " + std::to_string(defect->line) + ", " + AtOffset(defect->offset),
+                  "the part is not well-formed XML: " + Text(defect->what), closes});
+    return false;
+}
+
+}  // namespace halvern::inspect
