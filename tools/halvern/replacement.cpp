@@ -1,0 +1,186 @@
+#include "replacement.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include <korvanet/platform/core/utf8string.h>
+
+#include "failure.h"
+#include "inspect/verify.h"
+
+namespace halvern {
+
+using core::UTF8String;
+
+namespace {
+
+std::string FolderOf(const std::string& path) {
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+// A place for a changed file; the dot keeps it out of listings.
+std::string TemplateFor(const std::string& original) {
+    return FolderOf(original) + "/.halvern-XXXXXX";
+}
+
+[[noreturn]] void FailBySystem(const std::string& what) {
+    throw Failure(kFile, what + ": " + SystemWords(errno));
+}
+
+// A file that is closed with the object.
+class Handle {
+public:
+    Handle(const std::string& path, int flags) : handle_(::open(path.c_str(), flags | O_CLOEXEC)) {
+        if (handle_ < 0) FailBySystem("the file cannot be opened");
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle() { ::close(handle_); }
+
+    int Get() const { return handle_; }
+
+private:
+    int handle_;
+};
+
+void CopyBytes(const Handle& from, const Handle& to) {
+    char buffer[64 * 1024];
+    for (;;) {
+        const ssize_t got = ::read(from.Get(), buffer, sizeof buffer);
+        if (got == 0) return;
+        if (got < 0) FailBySystem("the file cannot be read");
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t put = ::write(to.Get(), buffer + done, static_cast<std::size_t>(got - done));
+            if (put < 0) FailBySystem("the file cannot be copied");
+            done += put;
+        }
+    }
+}
+
+void Sync(const std::string& path, int flags) {
+    const Handle handle(path, flags);
+    if (::fsync(handle.Get()) != 0) FailBySystem("the file cannot be written to the disk");
+}
+
+}  // namespace
+
+FileLock::FileLock(const std::string& path) : real_path_(path) {
+    char resolved[PATH_MAX];
+    if (::realpath(path.c_str(), resolved) != nullptr) real_path_ = resolved;
+    by_name_ = Take(path + ".lck");
+    if (real_path_ != path) by_file_ = Take(real_path_ + ".lck");
+}
+
+std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
+    auto one = std::make_unique<One>();
+    const SignalPause pause;
+    if (!one->lock.Take(path))
+        throw Failure(kFile, ::access(path.c_str(), F_OK) == 0
+                                 ? "the library is locked by another process, in " + path
+                                 : "the lock file " + path + " cannot be made");
+    one->file = Temporary(path);
+    return one;
+}
+
+Replacement Replacement::CopyOf(const std::string& original) {
+    const Handle from(original, O_RDONLY);
+    Replacement made(Temporary::MakeFile(TemplateFor(original)), original);
+    const Handle to(made.Path(), O_WRONLY);
+    CopyBytes(from, to);
+    struct stat state {};
+    if (::fstat(from.Get(), &state) != 0) FailBySystem("the file cannot be examined");
+    // Only root may give files away; for all others the owner is the same already, or the group at
+    // least stays as near as it can. The mode comes last, since a change of owner clears bits.
+    if (::fchown(to.Get(), state.st_uid, state.st_gid) != 0 && errno != EPERM)
+        FailBySystem("the owner of the file cannot be kept");
+    if (::fchmod(to.Get(), state.st_mode & 07777) != 0)
+        FailBySystem("the mode of the file cannot be kept");
+    return made;
+}
+
+Replacement Replacement::For(const std::string& original) {
+    Replacement made(Temporary::MakeFile(TemplateFor(original)), original);
+    ::unlink(made.Path().c_str());
+    return made;
+}
+
+void Replacement::PutInPlace() {
+    Sync(Path(), O_RDONLY);
+    {
+        const SignalPause pause;
+        if (::rename(Path().c_str(), original_.c_str()) != 0)
+            FailBySystem("the changed file cannot be put in place");
+        file_.Keep();
+    }
+    Sync(FolderOf(original_), O_RDONLY | O_DIRECTORY);
+}
+
+void Replacement::PutInFreePlace() {
+    Sync(Path(), O_RDONLY);
+    {
+        const SignalPause pause;
+        if (::link(Path().c_str(), original_.c_str()) != 0) {
+            if (errno == EEXIST) throw Failure(kNo, "a file of this name exists already");
+            FailBySystem("the new file cannot be put in place");
+        }
+    }
+    file_.Remove();
+    Sync(FolderOf(original_), O_RDONLY | O_DIRECTORY);
+}
+
+WritableLibrary::WritableLibrary(Session& session, const std::string& path)
+    : session_(session), lock_(path), file_(Replacement::CopyOf(lock_.RealPath())) {
+    AddSearchPath(path);
+    session_.Reports().Forget();
+    library_ = session_.Manager().OpenLibraryForWriting(UTF8String(file_.Path().c_str()));
+    if (library_ != nullptr) return;
+    const std::string why = inspect::WhyNotSaved(file_.Path());
+    throw Failure(kFile,
+                  session_.Reports().LastOr(why.empty() ? "the library cannot be written" : why));
+}
+
+WritableLibrary::~WritableLibrary() {
+    if (library_ != nullptr) session_.Manager().UnloadLibrary(library_);
+}
+
+// The copy has another name, so the folder beside the file is not found by it.
+void WritableLibrary::AddSearchPath(const std::string& path) {
+    const std::string folder = std::filesystem::path(path).replace_extension(".qmm").string();
+    if (::access(folder.c_str(), F_OK) == 0)
+        session_.Manager().GetPathResolver()->AddSearchPath(UTF8String(folder.c_str()));
+}
+
+void WritableLibrary::SaveInPlace() {
+    SaveAndUnload(session_, library_, file_.Path());
+    file_.PutInPlace();
+}
+
+void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& path) {
+    session.Reports().Forget();
+    std::string words;
+    bool saved = false;
+    try {
+        saved = session.Manager().SaveLibrary(library);
+    } catch (const std::exception&) {
+        words = "the library holds content that cannot be written";
+    }
+    if (!saved) {
+        const std::string why = inspect::WhyNotSaved(path);
+        if (!why.empty()) words = why;
+        if (words.empty()) words = "the library cannot be saved";
+        throw Failure(kFile, session.Reports().LastOr(words));
+    }
+    if (!session.Manager().UnloadLibrary(library))
+        throw Failure(kFile, "the library is still in use and cannot be closed");
+    library = nullptr;
+}
+
+}  // namespace halvern
