@@ -35,6 +35,12 @@ std::string TemplateFor(const std::string& original) {
     throw Failure(kFile, what + ": " + SystemWords(errno));
 }
 
+// Locks are made beside files, not beside nothing.
+const std::string& ExistingFile(const std::string& path) {
+    if (::access(path.c_str(), F_OK) != 0) throw Failure(kFile, "there is no such file");
+    return path;
+}
+
 // A file that is closed with the object.
 class Handle {
 public:
@@ -77,6 +83,13 @@ FileLock::FileLock(const std::string& path) : real_path_(path) {
     if (::realpath(path.c_str(), resolved) != nullptr) real_path_ = resolved;
     by_name_ = Take(path + ".lck");
     if (real_path_ != path) by_file_ = Take(real_path_ + ".lck");
+}
+
+// The lock deletes its file while it still holds it; a moment later it may be another process's.
+FileLock::One::~One() {
+    const SignalPause pause;
+    file.Keep();
+    lock.Release();
 }
 
 std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
@@ -137,7 +150,7 @@ void Replacement::PutInFreePlace() {
 }
 
 WritableLibrary::WritableLibrary(Session& session, const std::string& path)
-    : session_(session), lock_(path), file_(Replacement::CopyOf(lock_.RealPath())) {
+    : session_(session), lock_(ExistingFile(path)), file_(Replacement::CopyOf(lock_.RealPath())) {
     AddSearchPath(path);
     session_.Reports().Forget();
     library_ = session_.Manager().OpenLibraryForWriting(UTF8String(file_.Path().c_str()));

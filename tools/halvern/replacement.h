@@ -21,6 +21,11 @@ public:
 
 private:
     struct One {
+        One() = default;
+        One(const One&) = delete;
+        One& operator=(const One&) = delete;
+        ~One();
+
         Temporary file;
         inspect::LibraryLock lock;
     };

@@ -8,7 +8,7 @@
 #include <korvanet/platform/assets/iassetlibrary.h>
 
 #include "assets/library/generallibrary.h"
-#include "assets/manager/lockfile.h"
+#include "assets/manager/base/lockfile.h"
 #include "assets/manager/workingcopy.h"
 #include "assets/manager/ziplayer.h"
 #include "velmor/vfs/local_fs.h"

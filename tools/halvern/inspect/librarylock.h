@@ -12,6 +12,8 @@ class LibraryLock {
 public:
     // `path` is that of the lock file. False, at once, when somebody else holds it.
     bool Take(const std::string& path);
+    // Deletes the lock file.
+    void Release() { file_.Release(); }
 
 private:
     korvanet::platform::assets::LockFile file_;

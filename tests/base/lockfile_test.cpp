@@ -1,4 +1,4 @@
-#include "assets/manager/lockfile.h"
+#include "assets/manager/base/lockfile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
