@@ -64,7 +64,8 @@ void CopyBytes(const Handle& from, const Handle& to) {
         if (got == 0) return;
         if (got < 0) FailBySystem("the file cannot be read");
         for (ssize_t done = 0; done < got;) {
-            const ssize_t put = ::write(to.Get(), buffer + done, static_cast<std::size_t>(got - done));
+            const ssize_t put =
+                ::write(to.Get(), buffer + done, static_cast<std::size_t>(got - done));
             if (put < 0) FailBySystem("the file cannot be copied");
             done += put;
         }

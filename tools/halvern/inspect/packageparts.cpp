@@ -51,10 +51,16 @@ nuo::archive::archive_ptr PackageParts::Open(const std::string& path) {
 std::optional<Bytes> PackageParts::Read(const std::string& path) {
     const nuo::archive::archive_ptr part = Open(path);
     if (!part) return std::nullopt;
+    return ReadAll(*part);
+}
+
+Bytes ReadAll(nuo::archive::iarchive& file) {
     Bytes bytes;
-    bytes.resize(part->query_random()->size());
-    part->query_random()->seek(0);
-    nuo::archive::read_some(*part->query_reader(), {bytes.begin(), bytes.end()});
+    bytes.resize(file.query_random()->size());
+    file.query_random()->seek(0);
+    const nuo::byte* const end =
+        nuo::archive::read_some(*file.query_reader(), {bytes.begin(), bytes.end()});
+    bytes.resize(static_cast<std::uint64_t>(end - bytes.begin()));
     return bytes;
 }
 

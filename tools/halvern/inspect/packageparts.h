@@ -49,6 +49,9 @@ private:
     bool legacy_ = false;
 };
 
+// All bytes from the start.
+Bytes ReadAll(nuo::archive::iarchive& file);
+
 // Tests XML, finds where it stops being well formed, and returns whether it is.
 bool CheckXml(PackageParts& parts, const std::string& path, const char* rule, bool closes,
               Findings& findings);

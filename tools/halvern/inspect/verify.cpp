@@ -8,6 +8,7 @@
 #include "assets/library/libraryparts.h"
 #include "assets/package/jpkfs.h"
 #include "assets/package/packageoptions.h"
+#include "assets/serialization/io/xmldefect.h"
 #include "inspect/contentscheck.h"
 #include "inspect/manifestcheck.h"
 #include "inspect/packageparts.h"
@@ -133,7 +134,7 @@ Findings Walk(const std::string& path) {
         nuo::archive::file_read_archive file(Ref(path));
         WalkFile(file, findings);
     } catch (const nuo::exception&) {
-        findings.AddClosing({"file", "", "",
+        findings.AddClosing({kFileRule, "", "",
                              ::access(path.c_str(), F_OK) == 0 ? "the file cannot be read"
                                                                : "there is no such file"});
     }
@@ -164,6 +165,26 @@ std::vector<Finding> Verify(const std::string& path) {
 
 std::string WhyNotOpened(const std::string& path) {
     return FirstOf(Verify(path));
+}
+
+std::string WhyNotRead(const std::string& path, const std::string& identifier) {
+    const std::vector<Finding> findings = Verify(path);
+    const std::string record = "record " + identifier;
+    for (const Finding& finding : findings)
+        if (finding.where == record || finding.where.starts_with(record + ","))
+            return Describe(finding);
+    return FirstOf(findings);
+}
+
+std::string WhyNoSchema(const std::string& path) {
+    try {
+        nuo::archive::file_read_archive file(Ref(path));
+        const auto defect = FindXmlDefect(ReadAll(file));
+        if (!defect) return {};
+        return Text(defect->what) + ", line " + std::to_string(defect->line);
+    } catch (const nuo::exception&) {
+        return "the file cannot be read";
+    }
 }
 
 std::string WhyNotSaved(const std::string& path) {

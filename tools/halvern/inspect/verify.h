@@ -10,6 +10,9 @@
 
 namespace halvern::inspect {
 
+// The rule of the one finding about a file that cannot be read at all.
+inline constexpr const char* kFileRule = "file";
+
 // Everything that is wrong with the file, in the order of the layers from the ZIP up to the values.
 // Empty for a whole one.
 std::vector<Finding> Verify(const std::string& path);
@@ -18,7 +21,13 @@ std::vector<Finding> Verify(const std::string& path);
 // one. Empty when nothing is wrong with it.
 std::string WhyNotOpened(const std::string& path);
 
+// The same for a definition of a file that opens: the first finding about its records.
+std::string WhyNotRead(const std::string& path, const std::string& identifier);
+
 // The same for a file that opens and whose changes are refused.
 std::string WhyNotSaved(const std::string& path);
+
+// The same for a schema file: where it is no XML. Empty when it is.
+std::string WhyNoSchema(const std::string& path);
 
 }  // namespace halvern::inspect

@@ -1,0 +1,108 @@
+// "halvern create": makes a library, with the schemas of a folder.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include <korvanet/platform/core/utf8string.h>
+#include <nlohmann/json.hpp>
+
+#include "failure.h"
+#include "inspect/verify.h"
+#include "jsontext.h"
+#include "output.h"
+#include "replacement.h"
+#include "session.h"
+#include "verbs.h"
+
+namespace halvern {
+
+using core::UTF8String;
+
+namespace {
+
+struct Options {
+    std::string identifier;
+    std::string schemas;
+};
+
+std::vector<std::filesystem::path> SchemaFiles(const std::string& folder) {
+    std::error_code error;
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+        if (entry.path().extension() == ".xml") files.push_back(entry.path());
+    if (error) throw Failure(kFile, "the folder " + folder + " cannot be read: " + error.message());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// Each file brings its bases from the same folder with it.
+void AddSchemas(Session& session, assets::IAssetLibrary& library, const Options& options,
+                const Common& common) {
+    Progress progress("schemas", common.quiet);
+    for (const std::filesystem::path& file : SchemaFiles(AbsolutePath(options.schemas))) {
+        progress.Step();
+        session.Reports().Forget();
+        assets::IAssetSchema* const schema = session.Manager().LoadSchemaFromFolder(
+            UTF8String(file.stem().c_str()), UTF8String(file.parent_path().c_str()));
+        if (schema == nullptr) {
+            const std::string why = inspect::WhyNoSchema(file.string());
+            throw Failure(
+                kFile, "the schema " + file.string() + " cannot be loaded: " +
+                           (why.empty() ? session.Reports().LastOr("its UID or its base is missing")
+                                        : why));
+        }
+        if (!library.AddSchema(schema))
+            throw Failure(kNo, session.Reports().LastOr("the library does not take the schema " +
+                                                        file.stem().string()));
+    }
+}
+
+int Create(const Options& options, const Common& common) {
+    const std::string path = AbsolutePath(common.file);
+    Session session;
+    const FileLock lock(path);
+    if (::access(path.c_str(), F_OK) == 0) throw Failure(kNo, "a file of this name exists already");
+    Replacement file = Replacement::For(path);
+    assets::IAssetLibrary* library = session.Manager().CreateLibrary(
+        UTF8String(file.Path().c_str()), UTF8String(options.identifier.c_str()), 0);
+    if (library == nullptr)
+        throw Failure(
+            options.identifier.empty() ? kFile : kNo,
+            session.Reports().LastOr("the library cannot be created" +
+                                     (options.identifier.empty()
+                                          ? std::string()
+                                          : " with the identifier " + options.identifier)));
+    UTF8String identifier;
+    {
+        OpenLibrary claim(session, library->AddUse());
+        if (!options.schemas.empty()) AddSchemas(session, *library, options, common);
+        library->GetIdentifier(identifier);
+    }
+    SaveAndUnload(session, library, file.Path());
+    file.PutInFreePlace();
+    if (common.quiet && !common.json) return kDone;
+    Output output;
+    output.Line(common.json ? JsonText({{"identifier", identifier.AsUTF8()}})
+                            : std::string(identifier.AsUTF8()));
+    output.Flush();
+    return kDone;
+}
+
+}  // namespace
+
+Run DeclareCreate(CLI::App& command, Common& common) {
+    const auto options = std::make_shared<Options>();
+    AddFile(command, common);
+    command.add_option("--id", options->identifier,
+                       "the library's identifier; a fresh one without");
+    command.add_option("--schemas", options->schemas, "a folder of schema files to bring in");
+    AddJson(command, common);
+    AddQuiet(command, common);
+    return [options, &common] { return Create(*options, common); };
+}
+
+}  // namespace halvern

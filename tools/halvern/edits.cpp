@@ -1,0 +1,74 @@
+#include "edits.h"
+
+#include <utility>
+
+#include <korvanet/platform/core/utf8string.h>
+
+#include "failure.h"
+#include "library.h"
+#include "valuetext.h"
+
+namespace halvern {
+
+using core::UTF8String;
+
+namespace {
+
+// Refused by the parser, so that a wrong form is wrong usage.
+std::string IsPair(const std::string& text) {
+    const std::size_t sign = text.find('=');
+    return sign == std::string::npos || sign == 0 ? "\"" + text + "\" is not of the form NAME=VALUE"
+                                                  : "";
+}
+
+std::pair<std::string, std::string> Halves(const std::string& text) {
+    const std::size_t sign = text.find('=');
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+assets::IProperty& Find(assets::IAssetInstance& asset, const std::string& name) {
+    assets::IProperty* const property = asset.FindProperty(UTF8String(name.c_str()).AsWide());
+    if (property == nullptr) throw Failure(kNo, "there is no property " + name);
+    return *property;
+}
+
+void Connect(assets::IProperty& property, const std::string& name, const std::string& identifier,
+             assets::IAssetLibrary& library, const std::string& file) {
+    ReportLog reports;
+    if (identifier.empty()) {
+        if (!property.ConnectAsset(nullptr))
+            throw Failure(kNo, "the property " + name + " takes no connections");
+        return;
+    }
+    const HeldDefinition definition = FindDefinition(library, identifier, file);
+    const HeldInstance connected = Instantiate(*definition.Get(), identifier, file);
+    if (!property.ConnectAsset(connected.Get()))
+        throw Failure(kNo, reports.LastOr("the property " + name + " takes no connections"));
+}
+
+}  // namespace
+
+void AddEdits(CLI::App& command, Edits& edits) {
+    command.add_option("--set", edits.sets, "NAME=VALUE: give a property a value; can be repeated")
+        ->allow_extra_args(false)
+        ->check(IsPair);
+    command
+        .add_option("--connect", edits.connections,
+                    "NAME=IDENTIFIER: connect a definition to a property; can be repeated")
+        ->allow_extra_args(false)
+        ->check(IsPair);
+}
+
+void Apply(const Edits& edits, assets::IAssetInstance& asset, assets::IAssetLibrary& library,
+           const std::string& file) {
+    for (const std::string& set : edits.sets) {
+        const auto [name, value] = Halves(set);
+        SetFromText(Find(asset, name), value);
+    }
+    for (const std::string& connection : edits.connections) {
+        const auto [name, identifier] = Halves(connection);
+        Connect(Find(asset, name), name, identifier, library, file);
+    }
+}
+
+}  // namespace halvern

@@ -1,0 +1,77 @@
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "failure.h"
+#include "interrupt.h"
+#include "verbs.h"
+
+namespace halvern {
+namespace {
+
+// One line on standard error, whatever the text holds.
+void Complain(const std::string& subject, std::string what) {
+    for (char& c : what)
+        if (c == '\n' || c == '\r') c = ' ';
+    const std::string line = "halvern: " + (subject.empty() ? "" : subject + ": ") + what + "\n";
+    if (::write(STDERR_FILENO, line.data(), line.size()) < 0) return;
+}
+
+struct Choice {
+    const CLI::App* command;
+    Run run;
+};
+
+std::vector<Choice> DeclareVerbs(CLI::App& app, Common& common) {
+    std::vector<Choice> choices;
+    for (const Verb& verb : Verbs()) {
+        CLI::App* const command = app.add_subcommand(verb.name, verb.summary);
+        command->footer(std::string("Example:\n  ") + verb.example);
+        choices.push_back({command, verb.declare(*command, common)});
+    }
+    return choices;
+}
+
+int RunVerb(const std::vector<Choice>& choices, const Common& common) {
+    try {
+        for (const Choice& choice : choices)
+            if (choice.command->parsed()) return choice.run();
+        return kUsage;
+    } catch (const OutputClosed&) {
+        return kFile;
+    } catch (const Failure& failure) {
+        Complain(common.file, failure.what());
+        return failure.Status();
+    } catch (const std::exception& failure) {
+        Complain(common.file, failure.what());
+        return kFile;
+    }
+}
+
+int Main(int count, char** arguments) {
+    HandleInterrupts();
+    CLI::App app("Makes, reads, changes and checks asset libraries.", "halvern");
+    app.require_subcommand(1);
+    app.footer(
+        "Exit status: 0 done, 1 the answer is no, 2 wrong usage, 3 a file cannot be opened, "
+        "read or saved.");
+    Common common;
+    const std::vector<Choice> choices = DeclareVerbs(app, common);
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::CallForHelp& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        Complain(common.file, error.what());
+        return kUsage;
+    }
+    return RunVerb(choices, common);
+}
+
+}  // namespace
+}  // namespace halvern
+
+int main(int count, char** arguments) {
+    return halvern::Main(count, arguments);
+}
