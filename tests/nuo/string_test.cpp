@@ -53,13 +53,14 @@ TEST(String, JoinsTwoRangesInOneAllocation) {
     EXPECT_EQ(string(string_ref("a"), string_ref()), "a");
 }
 
-TEST(String, APairOfPointersIsARangeAndNotTwoTexts) {
+TEST(String, APairOfPointersIsARangeAndTwoTextsAreJoined) {
     CountingHeap heap;
     const char* const bytes = "abcdef";
-    const string text(bytes + 1, bytes + 4, heap);
+    const string text(string_ref(bytes + 1, bytes + 4), heap);
     EXPECT_EQ(text, "bcd");
     EXPECT_EQ(&text.get_allocator(), &heap);
-    EXPECT_EQ(string(bytes, bytes).use_count(), 0u);
+    EXPECT_EQ(string(string_ref(bytes, bytes)).use_count(), 0u);
+    EXPECT_EQ(string("abc", "def"), "abcdef");
 }
 
 const string kMadeBeforeMain("made before main");

@@ -38,10 +38,8 @@ public:
         : heap_(&from), block_(make_block(from, text, string_ref())) {}
     basic_string(const string_builder& text, heap& from = get_heap())
         : basic_string(string_ref(text), from) {}
-    /// The bytes from `first` up to `last`: two pointers are one range and never two texts.
-    basic_string(const char* first, const char* last, heap& from = get_heap())
-        : basic_string(string_ref(first, last), from) {}
-    /// `head` and `tail` joined, in one allocation.
+    /// `head` and `tail` joined, in one allocation. A pair of pointers is one range through
+    /// `string_ref(first, last)`: taken here, two literals would be read as a range and not joined.
     basic_string(string_ref head, string_ref tail, heap& from = get_heap())
         : heap_(&from), block_(make_block(from, head, tail)) {}
     basic_string(const basic_string& other) noexcept : heap_(other.heap_), block_(other.block_) {
