@@ -93,8 +93,7 @@ std::string AddTile(Session& session, IAssetLibrary& library,
     const Instance pattern(Find(library, kChecker.identifier)->CreateInstance());
     session.Require(PropertyOf(*asset, "ceramic_bump_map").ConnectAsset(pattern.get()),
                     "the pattern could not be connected");
-    const std::string about = "connected to checker";
-    return Store(session, library, kTile, *asset, about);
+    return Store(session, library, kTile, *asset, "connected to checker");
 }
 
 std::string AddPaint(Session& session, IAssetLibrary& library,

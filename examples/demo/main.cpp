@@ -12,6 +12,7 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <vector>
 
 #include "authoring.h"
 #include "editing.h"
@@ -102,24 +103,28 @@ void Close(Story& story, Session& session, IAssetLibrary& library) {
                {"gone"});
 }
 
+Lines RunAndTell(const std::vector<std::string>& command) {
+    Outcome outcome = RunProgram(command);
+    outcome.lines.push_back("exit status " + std::to_string(outcome.status));
+    return outcome.lines;
+}
+
 void LookFromOutside(Story& story, const fs::path& file, const fs::path& content) {
     story.Step(
         "Open it in a second process",
         [&] {
-            return RunProgram({OwnProgram(), "--reopen", file, content}).lines;
+            return RunAndTell({OwnProgram(), "--reopen", file, content});
         },
         {"glazed-tile, in German: Glasierte Fliese", "  Tile width: 10 cm", "  Finish: Satin",
          "  Color: 0.9, 0.88, 0.84, 1", "  Relief: 0.25", "  Relief pattern: Checker pattern",
          "large-tile, in German: Large tile", "  Tile width: 20 cm", "  Finish: Matte",
          "  Color: 0.2, 0.3, 0.5, 1", "  Relief: 0.25", "  Relief pattern: Grain",
          "jpk:?asset=/starter/Resources/grain/unifiedbitmap_Bitmap/0/grain.png: the bytes "
-         "of the content"});
+         "of the content",
+         "exit status 0"});
     story.Step("Check every byte of it: halvern verify starter.jpk",
                [&] {
-                   const fs::path command = OwnProgram().parent_path() / "halvern";
-                   Outcome outcome = RunProgram({command, "verify", file});
-                   outcome.lines.push_back("exit status " + std::to_string(outcome.status));
-                   return outcome.lines;
+                   return RunAndTell({OwnProgram().parent_path() / "halvern", "verify", file});
                },
                {"exit status 0"});
 }
