@@ -5,9 +5,7 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS halvern EXPORT HalvernTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-if(TARGET halvern_program)
-  install(TARGETS halvern_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+install(TARGETS halvern_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Halvern)
