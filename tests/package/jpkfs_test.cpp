@@ -95,7 +95,7 @@ TEST_F(JpkFsTest, RefusesReservedNamesInEveryFolder) {
 
 TEST_F(JpkFsTest, CopiesNoManifest) {
     package.sync();
-    EXPECT_EQ(package.copy("core.xml", "b"), fs::er_not_found);
+    EXPECT_EQ(package.copy("core.xml", "b"), fs::er_open_failed);
     EXPECT_EQ(package.state("b").state, fs::state_not_found);
 }
 
@@ -187,7 +187,7 @@ TEST_F(JpkFsTest, CopiesFromAnotherFileSystemOfItsRoot) {
     EXPECT_EQ(package.copy("/from.png", "to.png"), fs::er_not_found);
     ASSERT_EQ(root.mount("/package", package), fs::er_ok);
     EXPECT_EQ(package.copy("/from.png", "to.png"), fs::er_ok);
-    EXPECT_EQ(package.copy("/none", "to2.png"), fs::er_not_found);
+    EXPECT_EQ(package.copy("/none", "to2.png"), fs::er_open_failed);
     EXPECT_EQ(ReadFile(inner, "to.png"), "bytes");
     EXPECT_EQ(Option(package, kPartOption, "to.png", "type"), "string:image/png");
     EXPECT_EQ(root.unmount("/package"), fs::er_ok);

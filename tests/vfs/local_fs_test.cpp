@@ -45,6 +45,13 @@ TEST_F(LocalFsTest, WritesReachTheDisk) {
     EXPECT_FALSE(std::filesystem::exists(folder_.file("a")));
 }
 
+TEST_F(LocalFsTest, TheTopCannotBeMade) {
+    EXPECT_EQ(files_.createDir(""), fs::er_invalid);
+    EXPECT_EQ(files_.createDir("/"), fs::er_invalid);
+    fs::LocalFs absent((folder_.path() + "/absent").c_str());
+    EXPECT_EQ(absent.createDir(""), fs::er_invalid);
+}
+
 TEST_F(LocalFsTest, ReadingNeverMakesAFile) {
     EXPECT_EQ(files_.create("a", fs::mode_read, fs::open_or_create), nullptr);
     EXPECT_FALSE(std::filesystem::exists(folder_.file("a")));

@@ -26,9 +26,6 @@ private:
 // Where the message files of a domain are.
 class MessageSource {
 public:
-    // Null-like: a source whose files are gone.
-    MessageSource() = default;
-
     // `base_name` is the file name that messages belong to; they are looked for under its stem
     // first and then under the whole name.
     MessageSource(std::weak_ptr<velmor::fs::IVfs> files, nuo::string_ref base_name);

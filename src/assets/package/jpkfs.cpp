@@ -98,7 +98,7 @@ fs_error JpkFs::copy(nuo::string_ref from, nuo::string_ref to) {
         return velmor::fs::copyInto(*this, from, to);
     }
     if (!IsUserPath(from)) {
-        return velmor::fs::er_not_found;
+        return velmor::fs::er_open_failed;
     }
     const bool was_there = Exists(imp_->inner->state(to));
     const fs_error result = imp_->inner->copy(from, to);

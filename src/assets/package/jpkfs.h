@@ -31,7 +31,7 @@ public:
     velmor::fs::fs_error createDir(nuo::string_ref path) override;
     // Null for a reserved name.
     nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override;
-    // er_invalid for a reserved target, er_not_found for a reserved source.
+    // er_invalid for a reserved target, er_open_failed for a reserved source.
     velmor::fs::fs_error copy(nuo::string_ref from, nuo::string_ref to) override;
     // er_invalid for a reserved name.
     velmor::fs::fs_error truncate(nuo::string_ref path, std::uint64_t size) override;

@@ -24,7 +24,6 @@ public:
     using Elements = std::map<ElementKey, nuo::string>;
     using value_type = Elements::value_type;
 
-    bool IsEmpty() const { return elements_.empty(); }
     Elements::const_iterator begin() const { return elements_.begin(); }
     Elements::const_iterator end() const { return elements_.end(); }
 

@@ -68,8 +68,16 @@ void CopyFromTheRootCrossesFileSystems(fs::IVfs& files) {
     EXPECT_EQ(files.copy("/mnt/copied", "again"), fs::er_ok);
     EXPECT_EQ(top.copy("/mnt/copied", "back"), fs::er_ok);
     EXPECT_EQ(ReadFile(top, "back"), "from the other one");
-    EXPECT_EQ(files.copy("/absent", "b"), fs::er_not_found);
-    EXPECT_EQ(files.copy("/mnt", "b"), fs::er_not_a_file);
+    EXPECT_EQ(files.copy("/absent", "b"), fs::er_open_failed);
+    EXPECT_EQ(files.copy("/mnt", "b"), fs::er_open_failed);
+    ASSERT_EQ(top.createDir("deep"), fs::er_ok);
+    ASSERT_EQ(top.createDir("deep/er"), fs::er_ok);
+    fs::InMemory below("below");
+    WriteFile(below, "er", "not this");
+    ASSERT_EQ(root.mount("/deep/er", below), fs::er_ok);
+    EXPECT_EQ(files.copy("/deep", "b"), fs::er_not_found);
+    EXPECT_EQ(files.state("b").state, fs::state_not_found);
+    EXPECT_EQ(root.unmount("/deep/er"), fs::er_ok);
     EXPECT_EQ(root.unmount("/mnt"), fs::er_ok);
     EXPECT_EQ(root.unmount("/"), fs::er_ok);
 }

@@ -101,8 +101,8 @@ fs_error copyInto(IVfs& fs, nuo::string_ref from, nuo::string_ref to) {
     if (!from.starts_with("/")) return copyFile({nuo::string(from), &fs}, target);
     if (fs.root() == nullptr) return er_not_found;
     const VfsNodeState found = fs.root()->locate(from);
-    if (found.state == state_directory) return er_not_a_file;
-    if (found.state != state_file) return er_not_found;
+    // The node of a path above a mount names another place.
+    if (found.node.owner == nullptr || found.state == state_mount_point) return er_not_found;
     return copyFile(found.node, target);
 }
 

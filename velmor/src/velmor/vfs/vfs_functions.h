@@ -34,7 +34,7 @@ nuo::archive::archive_ptr recursiveCreate(IVfs& fs, nuo::string_ref path, unsign
 fs_error copyFile(const VfsNode& from, const VfsNode& to);
 
 /// The body of IVfs::copy for every file system: resolves `from` and copies it to `to` of `fs`.
-/// er_not_found for a path of the root that is not there, or when `fs` has no root.
+/// er_not_found for a path of the root that lies in no file system, or when `fs` has no root.
 fs_error copyInto(IVfs& fs, nuo::string_ref from, nuo::string_ref to);
 
 /// Creates a file of a unique name that begins with `prefix` in the directory `parentDir`, "" being
