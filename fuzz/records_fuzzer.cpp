@@ -59,7 +59,7 @@ void List(fs::IVfs& files, nuo::string_ref folder, Entries& entries) {
     for (const fs::VfsNode& node : files.children(folder)) {
         const nuo::string path = fs::joinPath(folder, node.path);
         if (files.state(path).state == fs::state_directory) {
-            entries.push_back({path, true, {}});
+            entries.push_back({path, true, nuo::buffer<nuo::byte>()});
             List(files, path, entries);
             continue;
         }
