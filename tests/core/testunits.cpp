@@ -1,5 +1,5 @@
-// A units service that knows one unit of its own. Built a second time without its last function, as
-// one that is incomplete.
+// A units service that knows one unit of its own, and a word of its own for the metre. Built a
+// second time without its last function, as one that is incomplete.
 
 #include <cstddef>
 #include <cwchar>
@@ -7,8 +7,13 @@
 #define EXPORT extern "C" __attribute__((visibility("default")))
 
 EXPORT int HalvernUnitsGetUnitType(const wchar_t* name, int* code) {
-    if (std::wcscmp(name, L"furlong") != 0) return 1;
-    *code = 8999;
+    if (std::wcscmp(name, L"pace") == 0) {
+        *code = 8193;
+    } else if (std::wcscmp(name, L"furlong") == 0) {
+        *code = 8999;
+    } else {
+        return 1;
+    }
     return 0;
 }
 

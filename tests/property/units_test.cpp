@@ -69,6 +69,18 @@ TEST_F(UnitsTest, WordsOutsideTheTableGoToTheService) {
     EXPECT_EQ(Word(8193), "NotSpecified");
 }
 
+TEST_F(UnitsTest, TheWordsOfLengthsAreThoseOfTheTableAlone) {
+    service.SetPath((halvern_tests::BuildFolder() + "/tests/libtest_units.so").c_str());
+    for (const UnitCase& each : kCases) {
+        for (const char* word : each.words) {
+            EXPECT_TRUE(IsLengthWord(word)) << word;
+        }
+    }
+    EXPECT_EQ(UnitFromWord("pace"), 8193u);
+    EXPECT_FALSE(IsLengthWord("pace"));
+    EXPECT_FALSE(IsLengthWord(""));
+}
+
 TEST_F(UnitsTest, WordsAreComparedAsTheyStand) {
     EXPECT_EQ(UnitFromWord(""), 0u);
     EXPECT_EQ(UnitFromWord("MM"), 0u);

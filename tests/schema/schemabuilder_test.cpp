@@ -10,7 +10,9 @@
 #include "assets/property/stringvalues.h"
 #include "assets/property/urivalues.h"
 #include "assets/schema/schemapropertyrecord.h"
+#include "platform/units/unitsservice.h"
 #include "schema/support.h"
+#include "support/paths.h"
 
 namespace korvanet::platform::assets {
 
@@ -179,6 +181,15 @@ TEST_F(SchemaBuilderTest, AnUnknownUnitWordHasTheCode0AndAddsNoFlag) {
     PropertyBase& p = Make("<Float id='p' val='1' unit='furlong'/>");
     EXPECT_TRUE(Is<GeneralUnitsValue>(p));
     EXPECT_EQ(p.GetValue()->GetUnits(), 0u);
+    EXPECT_EQ(p.GetFlags(), kPublic);
+}
+
+TEST_F(SchemaBuilderTest, AWordThatTheServiceAloneKnowsAddsNoFlag) {
+    core::UnitsService& service = core::UnitsService::Instance();
+    service.SetPath((halvern_tests::BuildFolder() + "/tests/libtest_units.so").c_str());
+    PropertyBase& p = Make("<Float id='p' val='1' unit='pace'/>");
+    service.SetPath(nullptr);
+    EXPECT_EQ(p.GetValue()->GetUnits(), 8193u);
     EXPECT_EQ(p.GetFlags(), kPublic);
 }
 

@@ -44,6 +44,17 @@ const UnitRow* FindRow(std::uint32_t unit) {
     return row == kUnits.end() ? nullptr : row;
 }
 
+const UnitRow* FindRow(nuo::string_ref word) {
+    for (const UnitRow& row : kUnits) {
+        for (const char* each : row.words) {
+            if (each != nullptr && word == nuo::string_ref(each)) {
+                return &row;
+            }
+        }
+    }
+    return nullptr;
+}
+
 // The word of our own table, for a process without the units service.
 nuo::string OwnWord(std::uint32_t unit) {
     const UnitRow* row = FindRow(unit);
@@ -53,12 +64,8 @@ nuo::string OwnWord(std::uint32_t unit) {
 }  // namespace
 
 std::uint32_t UnitFromWord(nuo::string_ref word) {
-    for (const UnitRow& row : kUnits) {
-        for (const char* each : row.words) {
-            if (each != nullptr && word == nuo::string_ref(each)) {
-                return row.code;
-            }
-        }
+    if (const UnitRow* row = FindRow(word)) {
+        return row->code;
     }
     int code = 0;
     const core::UTF8String wide(nuo::string(word).c_str());
@@ -83,6 +90,10 @@ nuo::string WordFromUnit(std::uint32_t unit) {
         }
     }
     return nuo::string(kNoUnitWord);
+}
+
+bool IsLengthWord(nuo::string_ref word) {
+    return FindRow(word) != nullptr;
 }
 
 bool IsLengthUnit(std::uint32_t unit) {

@@ -10,6 +10,9 @@ namespace korvanet::platform::assets {
 // lengths are the units service's; 0 when nobody knows the word.
 std::uint32_t UnitFromWord(nuo::string_ref word);
 
+// Whether `word` is one of those of lengths, which need no units service.
+bool IsLengthWord(nuo::string_ref word);
+
 // The name of a unit code by the units service, or, in a process without it, by our own table, such
 // as "mm" for 8206. "NotSpecified" for a code without a name.
 nuo::string WordFromUnit(std::uint32_t unit);

@@ -104,7 +104,7 @@ void ApplyElementFlags(Record& record) {
 void NormalizeFlags(Record& record) {
     if ((record.flags & kPublic) != 0 && record.label.empty()) record.label = record.id;
     if (record.fromXml) ApplyElementFlags(record);
-    if (IsLengthUnit(UnitFromWord(record.unit))) record.flags |= kUnits;
+    if (IsLengthWord(record.unit)) record.flags |= kUnits;
 }
 
 PropertyBase* Build(Schema& schema, Record& record) {
