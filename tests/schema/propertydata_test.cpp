@@ -1,5 +1,6 @@
 #include "assets/schema/propertydata.h"
 
+#include "assets/property/urivalues.h"
 #include "schema/support.h"
 
 namespace korvanet::platform::assets {
@@ -40,6 +41,16 @@ TEST_F(PropertyDataTest, OnlyListsOfTextsHaveATextList) {
     EXPECT_EQ(TextList(Find(schema, "one")), nullptr);
     EXPECT_NE(TextList(Find(schema, "list")), nullptr);
     EXPECT_EQ(TextList(Find(schema, "numbers")), nullptr);
+}
+
+TEST_F(PropertyDataTest, ATextureLooksAnewAtAListThatWasChanged) {
+    PropertyBase& texture = Find(ReadElements("<TextureURI id='p' val='a'/>"), "p");
+    const auto& value = As<ITextureURIValue>(texture);
+    EXPECT_FALSE(value.IsResolutionSet());
+    EXPECT_TRUE(SetTextAt(texture, 0, "/1/Mats/a"));
+    EXPECT_TRUE(value.IsResolutionSet());
+    TextList(texture)->resize(2);
+    EXPECT_FALSE(value.IsResolutionSet());
 }
 
 TEST_F(PropertyDataTest, DataOfAnotherClassIsNull) {

@@ -1,5 +1,7 @@
 #include "assets/schema/propertydata.h"
 
+#include "assets/property/urivalues.h"
+
 namespace korvanet::platform::assets {
 namespace {
 
@@ -11,6 +13,13 @@ bool IsText(velmor::Type type) {
 const velmor::Array* ListOf(const PropertyBase& property) {
     const auto* list = DataAs<velmor::Array>(property);
     return list != nullptr && IsText(list->type()) ? list : nullptr;
+}
+
+/** A texture remembers what its list is; it must look again once the list is another. */
+void ForgetResolutions(const PropertyBase& property) {
+    if (const auto* texture = dynamic_cast<const TextureURIValue*>(&property)) {
+        texture->ResetResolutionState();
+    }
 }
 
 }  // namespace
@@ -32,10 +41,12 @@ bool SetTextAt(PropertyBase& property, std::uint64_t index, const nuo::string& t
     auto* place = const_cast<nuo::string*>(TextAt(property, index));
     if (place == nullptr) return false;
     *place = text;
+    ForgetResolutions(property);
     return true;
 }
 
 velmor::Array* TextList(PropertyBase& property) {
+    ForgetResolutions(property);
     return const_cast<velmor::Array*>(ListOf(property));
 }
 

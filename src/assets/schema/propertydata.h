@@ -38,7 +38,7 @@ const nuo::string* TextAt(const PropertyBase& property, std::uint64_t index);
  */
 bool SetTextAt(PropertyBase& property, std::uint64_t index, const nuo::string& text);
 
-/** The list of texts of a property, or null when it holds none. */
+/** The list of texts of a property for a change, or null when it holds none. */
 velmor::Array* TextList(PropertyBase& property);
 
 }  // namespace korvanet::platform::assets
