@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -61,10 +62,13 @@ private:
     }
 };
 
-// A heap that counts what is out.
+// A heap that counts what is out, and that can be full.
 class CountingHeap final : public nuo::plain_heap {
 public:
     void* malloc(std::uint64_t size, std::uint64_t alignment, void* hint) override {
+        if (full) {
+            throw std::bad_alloc();
+        }
         ++blocks;
         ++allocations;
         return nuo::plain_heap::malloc(size, alignment, hint);
@@ -76,6 +80,7 @@ public:
 
     int blocks = 0;
     int allocations = 0;
+    bool full = false;
 };
 
 // Makes the tables of the tests: instances are `TestInstance`, the others bare tables.

@@ -120,6 +120,18 @@ TEST_F(NumberValuesTest, AListRefusesADimensionBeyondItsLimits) {
     EXPECT_EQ(value.GetDimension(), 0u);
 }
 
+TEST_F(NumberValuesTest, ADimensionThatThereIsNoMemoryForIsRefused) {
+    auto& value = MakeValue<ScalarList>(ValueClass::kScalarList);
+    EXPECT_TRUE(value.SetDimension(1));
+    value.SetValue(2.5, 0);
+    heap.full = true;
+    EXPECT_FALSE(value.SetDimension(1000));
+    heap.full = false;
+    EXPECT_EQ(value.GetDimension(), 1u);
+    EXPECT_EQ(value.GetValue(0), 2.5);
+    EXPECT_TRUE(value.SetDimension(1000));
+}
+
 TEST_F(NumberValuesTest, ABooleanIsNeverOutOfBounds) {
     auto& value = MakeValue<BooleanValue>(ValueClass::kBooleanValue);
     EXPECT_FALSE(value.GetValue(0));

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "assets/manager/base/guarded.h"
 #include "nuo/common/buffer.h"
 
 namespace korvanet::platform::assets {
@@ -31,7 +32,9 @@ bool BinaryValue::SetData(const void* data, std::uint64_t size, std::uint64_t in
         return false;
     }
     Bytes& bytes = Data<Bytes>();
-    bytes.resize(size);
+    if (!Guarded([&] { bytes.resize(size); })) {
+        return false;
+    }
     if (size != 0) {
         // The bytes may be a part of the old ones, in which case the buffer has not grown.
         std::memmove(bytes.data(), data, size);

@@ -7,6 +7,7 @@
 #include <korvanet/platform/assets/ipropertytable.h>
 #include <korvanet/platform/assets/ivalue.h>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/property/intrusive.h"
 #include "assets/property/ipropertyowner.h"
 #include "assets/property/propertydescriptor.h"
@@ -172,8 +173,7 @@ public:
         if (!velmor::Array::fits(elements.type(), dimension)) {
             return false;
         }
-        elements.resize(dimension);
-        return true;
+        return Guarded([&] { elements.resize(dimension); });
     }
 
 protected:

@@ -1,5 +1,6 @@
 #include "assets/property/stringvalues.h"
 
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
 #include "assets/property/modulecontext.h"
 #include "assets/property/widekey.h"
@@ -10,8 +11,7 @@ bool StringAccess::Store(nuo::string& place, const wchar_t* text) {
     if (text == nullptr) {
         return false;
     }
-    FromWide(text).swap(place);
-    return true;
+    return Guarded([&] { FromWide(text).swap(place); });
 }
 
 bool StringAccess::Load(const nuo::string& place, IString& text) {
