@@ -129,6 +129,28 @@ TEST_F(AssetCompareTest, CirclesEnd) {
     EXPECT_FALSE(Equal(true));
 }
 
+// Read from a file, a property may hold several assets of one type.
+TEST_F(AssetCompareTest, WhatRestedOnAPairThatTurnsOutDifferentIsComparedAnew) {
+    AssetInstance& p = NewInstance(definition);
+    AssetInstance& r = NewInstance(definition);
+    AssetInstance& s = NewInstance(definition);
+    AssetInstance& c = NewInstance(definition);
+    AssetInstance& d = NewInstance(definition);
+    // In a circle each, so that c and d are as equal as p and r; these differ behind "map".
+    Find(p, "map").ConnectAsset(&c);
+    Find(c, "map").ConnectAsset(&p);
+    Find(r, "map").ConnectAsset(&d);
+    Find(d, "map").ConnectAsset(&r);
+    Find(s, "map").ConnectAsset(&d);
+    PutText(p, "swatch", "x");
+    PutText(s, "swatch", "x");
+    for (AssetInstance* connected : {&p, &r})
+        Find(a, "map").AppendConnection(*connected);
+    for (AssetInstance* connected : {&r, &s})
+        Find(b, "map").AppendConnection(*connected);
+    EXPECT_FALSE(Equal(true));
+}
+
 TEST_F(AssetCompareTest, ManyRoadsToTheSameAssetsAreWalkedOnce) {
     // Two connections on each of 30 levels, both to the next level: 2^30 roads.
     std::vector<AssetInstance*> left{&a};

@@ -27,12 +27,16 @@ bool AssetComparison::AreEqual(const PropertyTableImp& a, const PropertyTableImp
     const Pair pair(&a, &b);
     if (&a == &b || equal_.contains(pair)) return true;
     if (depth_ > PropertyTableImp::kMaxConnectionDepth || different_.contains(pair)) return false;
+    const std::size_t before = trail_.size();
     equal_.insert(pair);
+    trail_.push_back(pair);
     ++depth_;
     const bool same = SameGroups(a, b);
     --depth_;
     if (!same) {
-        equal_.erase(pair);
+        // What was found equal meanwhile may rest on this pair, which was taken to be equal.
+        for (; trail_.size() > before; trail_.pop_back())
+            equal_.erase(trail_.back());
         different_.insert(pair);
     }
     return same;

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "assets/property/property.h"
 #include "assets/property/propertytable.h"
@@ -37,6 +38,8 @@ private:
     int depth_ = 0;
     /** Pairs that are equal, or being compared. */
     std::set<Pair> equal_;
+    /** The same in the order in which they were met. */
+    std::vector<Pair> trail_;
     std::set<Pair> different_;
 };
 
