@@ -2,6 +2,7 @@
 
 #include "assets/asset/assetinstance.h"
 #include "assets/manager/base/guarded.h"
+#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -66,11 +67,11 @@ IAssetDefinition* AssetDefinition::AddReference() {
 }
 
 const IProperty* AssetDefinition::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 IProperty* AssetDefinition::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 AssetInstance* AssetDefinition::CreateInstanceIn(velmor::Namespace registry) {

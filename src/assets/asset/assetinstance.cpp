@@ -8,6 +8,7 @@
 #include "assets/asset/igenericconverter.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
+#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 
@@ -18,11 +19,11 @@ AssetInstance::AssetInstance(HalvernAsset& holder, const ModuleContext& context,
 AssetInstance::~AssetInstance() = default;
 
 const IProperty* AssetInstance::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 IProperty* AssetInstance::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 void AssetInstance::Release() {

@@ -5,6 +5,7 @@
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
 #include "assets/property/enumeration.h"
+#include "assets/property/widekey.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/schemagrammar.h"
 #include "assets/schema/schemaxmlwriter.h"
@@ -26,11 +27,11 @@ KRVTSchemaDefinition::KRVTSchemaDefinition(HalvernAsset& holder, const ModuleCon
 KRVTSchemaDefinition::~KRVTSchemaDefinition() = default;
 
 const IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(FromWide(name)) : nullptr;
+    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 IAssetSchema* KRVTSchemaDefinition::GetBaseSchema() const {
@@ -70,11 +71,11 @@ bool KRVTSchemaDefinition::AddAlias(const wchar_t* alias, const wchar_t* target)
 }
 
 bool KRVTSchemaDefinition::GetAliasTarget(const wchar_t* alias, IString& target) const {
-    return GiveText(AliasTarget(FromWide(alias)), target);
+    return GiveText(AliasTarget(WideKey(alias)), target);
 }
 
 bool KRVTSchemaDefinition::GetAliasFor(const wchar_t* target, IString& alias) const {
-    return GiveText(AliasFor(FromWide(target)), alias);
+    return GiveText(AliasFor(WideKey(target)), alias);
 }
 
 bool KRVTSchemaDefinition::GetAssetType(IString& assetType) const {
