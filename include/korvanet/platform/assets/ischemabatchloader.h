@@ -15,9 +15,9 @@ public:
 
     /// Reads one schema file from the reader, which must be open and stays the caller's. Returns
     /// the schema, which belongs to the loader and may still lack what it inherits from a base that
-    /// was not loaded yet. Null when the file is malformed or the id is loaded already, the latter
-    /// with the warning "Try to load a loaded schema."; the batch may go on. Null after a `Commit`
-    /// that was true.
+    /// was not loaded yet. An id that the loader has already gives the schema loaded first and the
+    /// warning "Try to load a loaded schema.". Null when the file is malformed; the batch may go
+    /// on. Null after a `Commit` that was true.
     virtual IAssetSchema* LoadSchema(core::IDataReader* stream) = 0;
 
     /// Gives the schemas to the manager, merged with those of the same id. False when the base of a
