@@ -174,6 +174,22 @@ TEST(StoredBuffer, LengthBeyondTheDataRaisesBeforeAnyAllocation) {
     EXPECT_TRUE(heap.requests.empty());
 }
 
+TEST(StoredBuffer, OldBytesNeverShowThrough) {
+    const auto short_length = Bytes("abc");
+    buffer_in in(short_length);
+    Buffer value = Bytes("something");
+    EXPECT_THROW(in >> value, read_failed);
+    EXPECT_TRUE(value.empty());
+    value = Bytes("something");
+    Boaster cut(Length(5) + "abc");
+    cut >> value;
+    EXPECT_EQ(Text(value), std::string("abc\0\0", 5));
+    value = Bytes("something");
+    Stream whole(Length(5) + "abcde");
+    whole >> value;
+    EXPECT_EQ(Text(value), "abcde");
+}
+
 TEST(StoredBuffer, SourceWithoutASizeDoesNotMakeUpGigabytes) {
     Stream in(Length(0xFFFFFFFF) + "abc");
     Buffer value = Bytes("old");

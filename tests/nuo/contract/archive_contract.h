@@ -261,6 +261,16 @@ TEST_P(ArchiveContract, WriteOverwritesAndAppends) {
     EXPECT_EQ(rig_->Content(), "abXYZ");
 }
 
+TEST_P(ArchiveContract, WriteInsideKeepsTheSize) {
+    Start("abcdef");
+    if (!Writes()) return;
+    place_->seek(1);
+    Write("XY");
+    EXPECT_EQ(place_->offset(), 3u);
+    EXPECT_EQ(place_->size(), 6u);
+    EXPECT_EQ(rig_->Content(), "aXYdef");
+}
+
 TEST_P(ArchiveContract, WriteBehindTheEndFillsUp) {
     Start("ab");
     if (!Writes()) return;
