@@ -1,0 +1,182 @@
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/support/managertest.h"
+
+namespace halvern_tests {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Reopening : public ManagerTest {
+protected:
+    assets::IAssetLibrary* Writing(assets::IAssetLibrary*& library) {
+        return Manager().ReopenForWriting(&library);
+    }
+    assets::IAssetLibrary* Reading(assets::IAssetLibrary*& library) {
+        return Manager().ReopenForReading(&library);
+    }
+};
+
+// A host's own object that is no library of ours would need all operations; null is the plainest
+// one that is none.
+TEST_F(Reopening, WhatIsNoLibraryGivesNullAndIsLeftAlone) {
+    assets::IAssetLibrary* none = nullptr;
+    EXPECT_EQ(Manager().ReopenForWriting(nullptr), nullptr);
+    EXPECT_EQ(Manager().ReopenForReading(nullptr), nullptr);
+    EXPECT_EQ(Manager().ReopenForWriting(&none), nullptr);
+    EXPECT_EQ(Manager().ReopenForReading(&none), nullptr);
+    EXPECT_EQ(none, nullptr);
+    EXPECT_THAT(Reports(), IsEmpty());
+}
+
+TEST_F(Reopening, InPlaceBothWays) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* old = Open(path);
+    ASSERT_NE(old, nullptr);
+    EXPECT_FALSE(Manager().SaveLibrary(old));
+    assets::IAssetLibrary* library = Writing(old);
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(old, nullptr);
+    EXPECT_EQ(Manager().GetLibraryAt(0), library);
+    EXPECT_FALSE(Exists(path + ".lck"));
+    ASSERT_TRUE(AddPreset(*library, "Stored"));
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    old = library;
+    library = Reading(old);
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(old, nullptr);
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Has(*library, "Stored"));
+    assets::IAssetDefinition* const stored = DefinitionOf(*library, "Stored");
+    ASSERT_NE(stored, nullptr);
+    EXPECT_EQ(stored->GetVersion(), 1);
+    stored->Release();
+    EXPECT_TRUE(Unload(library));
+    ASSERT_NE(library = Open(path), nullptr);
+    EXPECT_TRUE(Has(*library, "Stored"));
+}
+
+TEST_F(Reopening, OnACopyTheLockComesAndGoes) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = OpenCopy(path);
+    ASSERT_NE(library, nullptr);
+    EXPECT_FALSE(Exists(path + ".lck"));
+    ASSERT_NE(library = Writing(library), nullptr);
+    EXPECT_TRUE(Exists(path + ".lck"));
+    EXPECT_TRUE(library->IsOnCopy());
+    ASSERT_TRUE(AddPreset(*library, "Stored"));
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    ASSERT_NE(library = Reading(library), nullptr);
+    EXPECT_FALSE(Exists(path + ".lck"));
+    EXPECT_TRUE(library->IsOnCopy());
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    ASSERT_NE(library = Open(path), nullptr);
+    EXPECT_TRUE(Has(*library, "Stored"));
+}
+
+TEST_F(Reopening, ForWritingWhatIsOpenForWritingKeepsWhatIsNotSaved) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = OpenForWriting(path);
+    ASSERT_TRUE(AddPreset(*library, "Kept"));
+    ASSERT_NE(library = Writing(library), nullptr);
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    ASSERT_NE(library = Open(path), nullptr);
+    EXPECT_TRUE(Has(*library, "Kept"));
+}
+
+TEST_F(Reopening, AReadOnlyFileIsRefused) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = Open(path);
+    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Writing(same), nullptr);
+    EXPECT_EQ(same, library);
+    EXPECT_THAT(Reports(),
+                ElementsAre("error: Cannot reopen a read-only asset library for writing."));
+    EXPECT_EQ(NamesOf(*library).size(), 12u);
+}
+
+TEST_F(Reopening, ALibraryThatIsMarkedReadOnlyIsRefused) {
+    assets::IAssetLibrary* library = Open(CopySample("starter-read-only.jpk"));
+    ASSERT_NE(library, nullptr);
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Writing(same), nullptr);
+    EXPECT_EQ(same, library);
+    EXPECT_THAT(Reports(),
+                ElementsAre("error: Cannot reopen a read-only asset library for writing."));
+}
+
+TEST_F(Reopening, AFileThatIsGoneLeavesTheLibraryForReading) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = Open(path);
+    ASSERT_EQ(::rename(path.c_str(), Path("away").c_str()), 0);
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Writing(same), nullptr);
+    EXPECT_EQ(same, library);
+    assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
+    ASSERT_NE(definition, nullptr);
+    definition->Release();
+    ASSERT_EQ(::rename(Path("away").c_str(), path.c_str()), 0);
+    ASSERT_NE(library = Writing(same), nullptr);
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+}
+
+TEST_F(Reopening, AFileThatBecameNoLibraryLeavesTheLibraryForReading) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = Open(path);
+    for (const char* bad : {"bad-text.jpk", "bad-empty.jpk", "bad-no-store.jpk"}) {
+        ASSERT_EQ(::rename(CopySample(bad).c_str(), path.c_str()), 0);
+        assets::IAssetLibrary* same = library;
+        EXPECT_EQ(Writing(same), nullptr) << bad;
+        EXPECT_EQ(same, library);
+        assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-003");
+        ASSERT_NE(definition, nullptr);
+        definition->Release();
+    }
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+}
+
+TEST_F(Reopening, ALockHeldElsewhereLeavesTheCopyForReading) {
+    const std::string path = CopySample("starter.jpk");
+    Child holder([&](Child& self) {
+        HALVERN_NEED(OpenCopyForWriting(path) != nullptr);
+        self.HandOver();
+        return true;
+    });
+    ASSERT_TRUE(holder.Await());
+    assets::IAssetLibrary* library = OpenCopy(path);
+    ASSERT_NE(library, nullptr);
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Writing(same), nullptr);
+    EXPECT_EQ(same, library);
+    EXPECT_TRUE(Exists(path + ".lck"));
+    EXPECT_EQ(NamesOf(*library).size(), 12u);
+    holder.Kill();
+    ASSERT_NE(library = Writing(same), nullptr);
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    EXPECT_FALSE(Exists(path + ".lck"));
+    // What the killed process left is nobody's.
+    EndManager();
+    for (const std::string& folder : PrivateFolders(TempFolder()))
+        std::filesystem::remove_all(folder);
+}
+
+TEST_F(Reopening, ForReadingInstancesAndDefinitionsStayGood) {
+    assets::IAssetLibrary* library = OpenForWriting(CopySample("starter.jpk"));
+    assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
+    ASSERT_NE(library = Reading(library), nullptr);
+    assets::IAssetInstance* const instance = library->CreateInstance(definition);
+    ASSERT_NE(instance, nullptr);
+    EXPECT_NE(instance->FindProperty(L"generic_diffuse"), nullptr);
+    instance->Release();
+    definition->Release();
+}
+
+}  // namespace
+}  // namespace halvern_tests

@@ -1,0 +1,200 @@
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/support/managertest.h"
+
+namespace halvern_tests {
+namespace {
+
+using testing::IsEmpty;
+
+class Saving : public ManagerTest {
+protected:
+    // Stores a file of noise in the library, so that it grows by about as much.
+    bool AddNoise(assets::IAssetLibrary& library, std::size_t size) {
+        const std::string file = Path("noise.bin");
+        WriteFile(file, Noise(size));
+        core::UTF8String uri;
+        return library.AddResource(uri, core::UTF8String(""), core::UTF8String(file.c_str()),
+                                   false);
+    }
+    bool SavedLibraryIsWhole(const std::string& path, std::size_t noise) {
+        assets::IAssetLibrary* const library = Open(path);
+        HALVERN_NEED(library != nullptr);
+        HALVERN_NEED(Has(*library, "Stored"));
+        for (const std::string& name : NamesOf(*library)) {
+            assets::IAssetDefinition* const definition = DefinitionOf(*library, name);
+            HALVERN_NEED(definition != nullptr);
+            definition->Release();
+        }
+        std::shared_ptr<core::IDataReadStream> stream;
+        const std::string uri =
+            std::string("jpk:?asset=/") + kStarterIdentifier + "/Resources/noise.bin";
+        HALVERN_NEED(library->OpenResource(stream, core::UTF8String(uri.c_str())));
+        std::string bytes(noise, '\0');
+        HALVERN_NEED(stream->ReadExact(bytes.data(), noise) && bytes == Noise(noise));
+        HALVERN_NEED(Unload(library));
+        return true;
+    }
+};
+
+constexpr std::size_t kNoise = 300000;
+
+bool LimitFileSize(rlim_t bytes) {
+    ::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_FSIZE, &limit) != 0) return false;
+    limit.rlim_cur = bytes;
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+}
+
+TEST_F(Saving, ALibraryOpenForReadingIsNotSaved) {
+    const std::string path = CopySample("starter.jpk");
+    const std::string bytes = ReadFile(path);
+    assets::IAssetLibrary* const library = Open(path);
+    EXPECT_TRUE(library->SetVersion(9));
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_EQ(ReadFile(path), bytes);
+    EXPECT_THAT(Reports(), IsEmpty());
+}
+
+TEST_F(Saving, ALibraryOfANewerFormatOpensAndIsNotSaved) {
+    const std::string path = CopySample("instances-v4.jpk");
+    const std::string bytes = ReadFile(path);
+    assets::IAssetLibrary* const library = OpenForWriting(path);
+    ASSERT_NE(library, nullptr);
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_EQ(ReadFile(path), bytes);
+}
+
+TEST_F(Saving, TheReadOnlyMarkIsStoredByTheLastSaveThatSucceeds) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = OpenForWriting(path);
+    library->SetReadOnly();
+    EXPECT_TRUE(library->IsReadOnly());
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    EXPECT_EQ(OpenForWriting(path), nullptr);
+    ASSERT_NE(library = Open(path), nullptr);
+    EXPECT_TRUE(library->IsReadOnly());
+}
+
+TEST_F(Saving, TwiceInARowGivesOneContent) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* const library = OpenForWriting(path);
+    ASSERT_TRUE(AddPreset(*library, "Stored"));
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    const std::vector<std::string> names = NamesOf(*library);
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    assets::IAssetLibrary* const again = Open(path);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(NamesOf(*again), names);
+}
+
+TEST_F(Saving, InPlaceAFileThatCannotGrowFailsAndTheNextSaveRepairsIt) {
+    const std::string path = CopySample("starter.jpk");
+    EXPECT_TRUE(InChild([&] {
+        assets::IAssetLibrary* library = OpenForWriting(path);
+        HALVERN_NEED(library != nullptr && AddPreset(*library, "Stored"));
+        HALVERN_NEED(AddNoise(*library, kNoise));
+        HALVERN_NEED(LimitFileSize(std::filesystem::file_size(path) + 1000));
+        HALVERN_NEED(!Manager().SaveLibrary(library));
+        HALVERN_NEED(!Manager().SaveLibrary(library));
+        // What is in memory counts on what the file does not have yet.
+        assets::IAssetLibrary* same = library;
+        HALVERN_NEED(Manager().ReopenForReading(&same) == nullptr && same == library);
+        HALVERN_NEED(LimitFileSize(RLIM_INFINITY));
+        HALVERN_NEED(Manager().SaveLibrary(library));
+        library = Manager().ReopenForReading(&same);
+        HALVERN_NEED(library != nullptr && Unload(library));
+        HALVERN_NEED(SavedLibraryIsWhole(path, kNoise));
+        EndManager();
+        return true;
+    }));
+}
+
+TEST_F(Saving, OnACopyThatCannotGrowTheSourceStaysWhole) {
+    const std::string path = CopySample("starter.jpk");
+    const std::string bytes = ReadFile(path);
+    EXPECT_TRUE(InChild([&] {
+        assets::IAssetLibrary* const library = OpenCopyForWriting(path);
+        HALVERN_NEED(library != nullptr && AddPreset(*library, "Stored"));
+        HALVERN_NEED(AddNoise(*library, kNoise));
+        HALVERN_NEED(LimitFileSize(bytes.size() + 1000));
+        HALVERN_NEED(!Manager().SaveLibrary(library));
+        HALVERN_NEED(ReadFile(path) == bytes);
+        HALVERN_NEED(LimitFileSize(RLIM_INFINITY));
+        HALVERN_NEED(Manager().SaveLibrary(library));
+        HALVERN_NEED(Unload(library) && SavedLibraryIsWhole(path, kNoise));
+        EndManager();
+        return true;
+    }));
+}
+
+TEST_F(Saving, ACopyBackToAFullDiskFailsAndCanBeRepeated) {
+    std::filesystem::create_directory(Path("disk"));
+    EXPECT_TRUE(InChild([&] {
+        HALVERN_NEED(EnterOwnMounts());
+        HALVERN_NEED(::mount("tmpfs", Path("disk").c_str(), "tmpfs", 0, "size=128k") == 0);
+        const std::string path = CopySample("starter.jpk", "disk/a.jpk");
+        assets::IAssetLibrary* const library = OpenCopyForWriting(path);
+        HALVERN_NEED(library != nullptr && AddPreset(*library, "Stored"));
+        HALVERN_NEED(AddNoise(*library, kNoise));
+        HALVERN_NEED(!Manager().SaveLibrary(library));
+        HALVERN_NEED(Exists(path + ".lck"));
+        HALVERN_NEED(::mount("tmpfs", Path("disk").c_str(), "tmpfs", MS_REMOUNT, "size=2m") == 0);
+        HALVERN_NEED(Manager().SaveLibrary(library));
+        HALVERN_NEED(Unload(library) && SavedLibraryIsWhole(path, kNoise));
+        EndManager();
+        return true;
+    }));
+}
+
+TEST_F(Saving, ACopyBackToAPlaceThatCannotBeWrittenFails) {
+    std::filesystem::create_directory(Path("closed"));
+    const std::string path = CopySample("starter.jpk", "closed/a.jpk");
+    ::chmod(path.c_str(), 0666);
+    ::chmod(Path("closed").c_str(), 0777);
+    EXPECT_TRUE(InChild([&] {
+        HALVERN_NEED(DropToNobody());
+        assets::IAssetLibrary* const library = OpenCopyForWriting(path);
+        HALVERN_NEED(library != nullptr && AddPreset(*library, "Stored"));
+        std::filesystem::remove(path);
+        std::filesystem::create_directory(path);
+        HALVERN_NEED(!Manager().SaveLibrary(library));
+        std::filesystem::remove(path);
+        HALVERN_NEED(Manager().SaveLibrary(library));
+        HALVERN_NEED(Unload(library));
+        assets::IAssetLibrary* const saved = Open(path);
+        HALVERN_NEED(saved != nullptr && Has(*saved, "Stored"));
+        EndManager();
+        return true;
+    }));
+}
+
+TEST_F(Saving, EverySampleThatCanBeWrittenReadsBackTheSame) {
+    for (const std::string& name : NamesIn(DataFile("."))) {
+        if (name.rfind("bad-", 0) == 0 || name.find(".jpk") == std::string::npos) continue;
+        if (name == "starter-read-only.jpk" || name == "instances-v4.jpk") continue;
+        const std::string path = CopySample(name);
+        assets::IAssetLibrary* library = OpenForWriting(path);
+        ASSERT_NE(library, nullptr) << name;
+        const std::vector<std::string> names = NamesOf(*library);
+        const std::uint32_t version = library->GetVersion();
+        EXPECT_TRUE(Manager().SaveLibrary(library)) << name;
+        EXPECT_TRUE(Unload(library));
+        ASSERT_NE(library = Open(path), nullptr) << name;
+        EXPECT_EQ(NamesOf(*library), names) << name;
+        EXPECT_EQ(library->GetVersion(), version) << name;
+        EXPECT_TRUE(Unload(library));
+    }
+}
+
+}  // namespace
+}  // namespace halvern_tests
