@@ -52,7 +52,9 @@ TEST_F(Reopening, InPlaceBothWays) {
     EXPECT_TRUE(Has(*library, "Stored"));
     assets::IAssetDefinition* const stored = DefinitionOf(*library, "Stored");
     ASSERT_NE(stored, nullptr);
-    EXPECT_EQ(stored->GetVersion(), 1);
+    core::UTF8String owner;
+    EXPECT_TRUE(stored->GetAssetLibID(owner));
+    EXPECT_STREQ(owner.AsUTF8(), kStarterIdentifier);
     stored->Release();
     EXPECT_TRUE(Unload(library));
     ASSERT_NE(library = Open(path), nullptr);

@@ -32,8 +32,8 @@ protected:
             definition->Release();
         }
         std::shared_ptr<core::IDataReadStream> stream;
-        const std::string uri =
-            std::string("jpk:?asset=/") + kStarterIdentifier + "/Resources/noise.bin";
+        std::string uri("jpk:?asset=/");
+        uri.append(kStarterIdentifier).append("/Resources/noise.bin");
         HALVERN_NEED(library->OpenResource(stream, core::UTF8String(uri.c_str())));
         std::string bytes(noise, '\0');
         HALVERN_NEED(stream->ReadExact(bytes.data(), noise) && bytes == Noise(noise));
