@@ -120,7 +120,7 @@ TEST_F(Opening, ASecondFileOfOneIdentifierOpensAsNullAndLeavesNothing) {
     const std::string first = CopySample("starter.jpk", "a.jpk");
     const std::string second = CopySample("starter.jpk", "b.jpk");
     ASSERT_EQ(::mkdir(Path("b.qmm").c_str(), 0777), 0);
-    WriteFile(Path("b-XXX.xlf"),
+    WriteFile(Path("b-QQQ.xlf"),
               "<xliff><trans-unit id=\"MAT_1\"><target>of b</target></trans-unit></xliff>");
     assets::IAssetLibrary* const library = Open(first);
     ASSERT_NE(library, nullptr);
@@ -130,7 +130,7 @@ TEST_F(Opening, ASecondFileOfOneIdentifierOpensAsNullAndLeavesNothing) {
         EXPECT_EQ(Manager().GetLibraryCount(), 1u);
         EXPECT_EQ(Manager().FindLibrary(core::UTF8String(kStarterIdentifier)), library);
         EXPECT_THAT(SearchPaths(), IsEmpty());
-        EXPECT_EQ(UINameOf(*library, "Generic-001", "XXX"), "MAT_1");
+        EXPECT_EQ(UINameOf(*library, "Generic-001", "QQQ"), "MAT_1");
         EXPECT_FALSE(Exists(second + ".lck"));
         EXPECT_EQ(NamesIn(PrivateFolders(TempFolder()).at(0)), scratch);
         EXPECT_THAT(NamesIn(PrivateFolders(TempFolder()).at(0) + "/.copy"), IsEmpty());
