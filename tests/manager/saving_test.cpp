@@ -1,3 +1,5 @@
+#include <korvanet/platform/assets/iassetschema.h>
+#include <korvanet/platform/assets/ivalue.h>
 #include <signal.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
@@ -5,7 +7,10 @@
 
 #include <filesystem>
 
+#include "nuo/common/file_archive.h"
 #include "tests/support/managertest.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/zip.h"
 
 namespace halvern_tests {
 namespace {
@@ -117,6 +122,50 @@ TEST_F(Saving, InPlaceAFileThatCannotGrowFailsAndTheNextSaveRepairsIt) {
         EndManager();
         return true;
     }));
+}
+
+TEST_F(Saving, ALibraryThatGaveUpHalfwayCannotGiveUpWritingBeforeItIsSaved) {
+    assets::IAssetLibrary* library = OpenForWriting(CopySample("starter.jpk"));
+    ASSERT_TRUE(AddPreset(*library, "Stored"));
+    assets::IAssetDefinition* const stored = DefinitionOf(*library, "Stored");
+    // No schema file can hold the text, so that the save ends behind the records.
+    assets::IStringValue* const text = stored->GetSchema()->AddStringProperty(
+        L"odd", assets::PropertyFlags::kPublic, L"", L"\x01");
+    stored->Release();
+    ASSERT_NE(text, nullptr);
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Manager().ReopenForReading(&same), nullptr);
+    EXPECT_EQ(same, library);
+    ASSERT_TRUE(text->SetValue(L"fine"));
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    library = Manager().ReopenForReading(&same);
+    ASSERT_NE(library, nullptr);
+    EXPECT_TRUE(Has(*library, "Stored"));
+}
+
+// A ZIP tells the number of its entries in 16 bits.
+TEST_F(Saving, MoreEntriesThanAZipCanTellAreNotSaved) {
+    const std::string path = CopySample("starter.jpk");
+    {
+        nuo::archive::file_read_write_archive file(path.c_str());
+        velmor::fs::InMemory cache("test");
+        velmor::fs::ZipFs zip(file, cache, "test", false);
+        const std::string folder = std::string(kStarterIdentifier) + "/Resources/";
+        for (std::uint64_t count = zip.entryCount(); count < 65535; ++count)
+            ASSERT_NE(zip.create((folder + std::to_string(count)).c_str(), velmor::fs::mode_all,
+                                 velmor::fs::create_new),
+                      nullptr);
+        zip.commit();
+    }
+    const std::string bytes = ReadFile(path);
+    assets::IAssetLibrary* const library = OpenForWriting(path);
+    ASSERT_NE(library, nullptr);
+    ASSERT_TRUE(AddNoise(*library, 10));
+    EXPECT_FALSE(Manager().SaveLibrary(library));
+    EXPECT_EQ(ReadFile(path), bytes);
+    EXPECT_TRUE(Unload(library));
+    EXPECT_NE(Open(path), nullptr);
 }
 
 TEST_F(Saving, OnACopyThatCannotGrowTheSourceStaysWhole) {

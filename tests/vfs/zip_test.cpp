@@ -64,6 +64,15 @@ TEST_F(ZipTest, FoldersWithoutAnEntryCanBeRemoved) {
     EXPECT_EQ(files.state("a").state, fs::state_not_found);
 }
 
+TEST_F(ZipTest, EntriesAreCountedAsACommitWritesThem) {
+    fs::ZipFs& files = Open(Zip({Stored("a/b", "text"), Folder("c")}));
+    EXPECT_EQ(files.entryCount(), 2U);  // "a" stands for itself alone
+    EXPECT_EQ(files.createDir("d"), fs::er_ok);
+    EXPECT_EQ(files.entryCount(), 3U);
+    EXPECT_EQ(files.remove("a/b"), fs::er_ok);
+    EXPECT_EQ(files.entryCount(), 2U);
+}
+
 TEST_F(ZipTest, NamesThatNoHeaderCanHoldAreRefused) {
     fs::ZipFs& files = Open("");
     const std::string longest(65535, 'n');

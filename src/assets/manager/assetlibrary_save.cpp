@@ -6,12 +6,11 @@
 namespace korvanet::platform::assets {
 
 bool AssetLibrary::Save() {
-    if (Document().ReadOnly() || !stack_.layer->Writable()) return false;
-    const bool was_pending = std::exchange(commit_pending_, true);
-    if (!Document().Save()) {
-        commit_pending_ = was_pending;
-        return false;
-    }
+    if (!Document().MaySave() || !stack_.layer->Writable()) return false;
+    // From here on records may have moved to blocks that the file does not have, also when the
+    // document gives up halfway.
+    commit_pending_ = true;
+    if (!Document().Save()) return false;
     if (!Guarded([this] { Commit(); })) return false;
     return !IsOnCopy() || Guarded(false, [this] { return CopyBack(); });
 }
@@ -19,7 +18,7 @@ bool AssetLibrary::Save() {
 // Writes the package and the ZIP to the working file.
 void AssetLibrary::Commit() {
     stack_.package->sync();
-    stack_.layer->zip.commit();
+    stack_.layer->Commit();
     commit_pending_ = false;
 }
 

@@ -174,6 +174,12 @@ void ZipFs::commit() {
     imp_->commit();
 }
 
+std::uint64_t ZipFs::entryCount() const {
+    std::vector<file_header_ptr> headers;
+    collectHeaders(imp_->tree.root(), headers);
+    return headers.size();
+}
+
 fs_error ZipFs::remove(nuo::string_ref path) {
     if (imp_->readOnly) return er_permission_denied;
     if (const fs_error refused = checkRemovable(*this, path); refused != er_ok) return refused;

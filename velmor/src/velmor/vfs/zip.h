@@ -36,6 +36,10 @@ public:
     /// Raises archive_runtime_error on a read-only ZIP.
     void commit();
 
+    /// How many entries a commit would write. The form tells their number in 16 bits, cut short:
+    /// of more than zip_format::max_entries the last are not found again.
+    std::uint64_t entryCount() const;
+
     /// er_permission_denied, the common checks, er_invalid for "", er_not_empty.
     fs_error remove(nuo::string_ref path) override;
     /// er_permission_denied, er_exist, er_invalid for too long a path, er_not_found without a
