@@ -486,6 +486,23 @@ private:
     int& calls_;
 };
 
+TEST(DataStoreRecord, RecordsAreApartWhenNoneSharesABlockWithAnotherOrWithTheFreeOnes) {
+    // 0 -> 1, 2 -> 1, 3, 4 free, 5 -> 5, 6 -> past the end
+    Store store(Header(136, 4, 4, 0) + Block(1, 128, 1) + Block(kNone, 1, 0) + Block(1, 128, 1) +
+                Block(kNone, 1, 1) + Block(kNone, 0, 0) + Block(5, 128, 1) + Block(7, 128, 1));
+    EXPECT_TRUE(store->AreApart({}));
+    EXPECT_TRUE(store->AreApart({0, 3}));
+    EXPECT_TRUE(store->AreApart({3, 2}));
+    EXPECT_FALSE(store->AreApart({0, 2}));
+    EXPECT_FALSE(store->AreApart({3, 3}));
+    EXPECT_FALSE(store->AreApart({4}));
+    EXPECT_FALSE(store->AreApart({5}));
+    EXPECT_FALSE(store->AreApart({6}));
+    EXPECT_FALSE(store->AreApart({7}));
+    store->Free(3);
+    EXPECT_FALSE(store->AreApart({3}));
+}
+
 TEST(DataStoreRecord, ConsecutiveBlocksAreReadAndWrittenInOneGo) {
     int calls = 0;
     DataStore store(make_archive<Counted>(calls));

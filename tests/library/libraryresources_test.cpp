@@ -162,9 +162,47 @@ TEST_F(Resources, AnIdentifierWithSeparatorsStaysOneComponent) {
 }
 
 TEST_F(Resources, APartThatCannotBeMadeFailsTheSave) {
-    // The name of the fixed parts is reserved in every folder of a package.
-    SetFile(AddPaint(*library, "Red"), host.MakeFile("core.xml", "<a/>"));
+    // No path in a ZIP is that long.
+    SetFile(AddPaint(*library, std::string(65530, 'x').c_str()), host.MakeFile("a.png", "one"));
     EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
+TEST_F(Resources, NamesThatAPackageKeepsForItselfAreStoredUnderOthers) {
+    SetFile(AddPaint(*library, "core.xml"), host.MakeFile("cnx.xml", "<a/>"));
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    library.reset();
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("core.xml", "p_file") ==
+                "jpk:?asset=/LIB/Resources/core%2Exml/p_file/0/cnx%2Exml");
+    EXPECT_EQ(again.Part("LIB/Resources/core%2Exml/p_file/0/cnx%2Exml"), "<a/>");
+}
+
+TEST_F(Resources, DefinitionsOfAnyNameAreSavedWithTheirFilesAndReadBack) {
+    const std::vector<std::string> names{"..",
+                                         ".",
+                                         "a/b",
+                                         "..\\c",
+                                         "a&b<c>",
+                                         "\"q\" 'a'",
+                                         "line\nfeed",
+                                         "bell\x07",
+                                         "\xff\xfe",
+                                         "\xef\xbf\xbe",
+                                         std::string(300, 'x'),
+                                         "",
+                                         "LIB"};
+    for (const std::string& name : names)
+        SetFile(AddPaint(*library, name.c_str()), host.MakeFile("a.png", "one"));
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    library.reset();
+    TestLibrary again(host, bytes, true);
+    EXPECT_EQ(again->RecordNames().size(), names.size());
+    for (const std::string& name : names) {
+        const std::string uri(again.Text(name, "p_file").data());
+        ASSERT_EQ(uri.substr(0, 12), "jpk:?asset=/") << name;
+        EXPECT_EQ(again.Part(uri.substr(12)), "one") << name;
+    }
+    EXPECT_TRUE(again->Save());
 }
 
 TEST_F(Resources, InTheOlderLayoutAllFilesLieInOneFolder) {

@@ -1,3 +1,6 @@
+#include <korvanet/platform/assets/reportsink.h>
+#include <korvanet/platform/core/widestring.h>
+
 #include "assets/asset/assetinstance.h"
 #include "assets/library/definitioniterator.h"
 #include "assets/library/tabletext.h"
@@ -18,6 +21,25 @@ void SetUris(PropertyTableImp& table, const char* property, const std::vector<st
     for (std::size_t index = 0; index < uris.size(); ++index)
         ASSERT_TRUE(value->SetValue(UTF8String(uris[index].c_str()).AsWide(), index));
 }
+
+// The words of the last error that was reported while the object lives.
+class ErrorWords final : public IReportSink {
+public:
+    ErrorWords() : former_(SetReportSink(this)) {}
+    ~ErrorWords() override { SetReportSink(former_); }
+
+    void Trace(const core::WideString&, std::uint32_t, std::uint32_t) override {}
+    void Information(const core::WideString&, std::uint32_t, std::uint32_t) override {}
+    void Warning(const core::WideString&, std::uint32_t, std::uint32_t) override {}
+    void Error(const core::WideString& words, std::uint32_t, std::uint32_t) override {
+        text = words.AsUTF8();
+    }
+
+    std::string text;
+
+private:
+    IReportSink* former_;
+};
 
 TEST(Presets, APresetTakesTheListedValuesOverThoseOfItsSource) {
     TestHost host;
@@ -98,7 +120,11 @@ TEST(Presets, RemovingAPresetOfAnotherLibraryIsRefused) {
     auto two = MakePaintLibrary(host, "TWO");
     AssetDefinition& red = AddPaint(*one, "Red");
     AddPaint(*two, "Red");
-    EXPECT_FALSE((*two)->RemovePreset(red));
+    {
+        ErrorWords words;
+        EXPECT_FALSE((*two)->RemovePreset(red));
+        EXPECT_EQ(words.text, "The Preset doesn't belong to this library.");
+    }
     EXPECT_TRUE((*one)->Contains("Red"));
     EXPECT_TRUE((*two)->Contains("Red"));
 }

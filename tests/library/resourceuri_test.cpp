@@ -31,12 +31,16 @@ TEST(ResourceUri, AComponentCanNeitherLeaveItsPlaceNorBreakAManifest) {
     EXPECT_TRUE(PathComponent("...") == "...");
     EXPECT_TRUE(PathComponent("a#b&c") == "a#b%26c");
     EXPECT_TRUE(PathComponent("a\nb\x7f") == "a%0Ab%7F");
+    EXPECT_TRUE(PathComponent("core.xml") == "core%2Exml");
+    EXPECT_TRUE(PathComponent("a/core.xml") == "a%2Fcore.xml");
+    EXPECT_TRUE(PathComponent("[Content_Types].xml") == "[Content_Types]%2Exml");
 }
 
 TEST(ResourceUri, AFileNameHasItsHashAndAmpersandEscaped) {
     EXPECT_TRUE(ResourceFileName("a#b.png") == "a%23b.png");
     EXPECT_TRUE(ResourceFileName("a&b.png") == "a%26b.png");
     EXPECT_TRUE(ResourceFileName("a<b\".png") == "a%3Cb%22.png");
+    EXPECT_TRUE(ResourceFileName("cnx.xml") == "cnx%2Exml");
 }
 
 TEST(ResourceUri, DotsAndNothingAreNoFileName) {

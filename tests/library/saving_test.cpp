@@ -49,6 +49,28 @@ TEST(Saving, AnIdentifierThatWouldBreakThePackageIsRefused) {
             << identifier;
 }
 
+TEST(Saving, AnIdentifierIsAtMostAsLongAsLeavesRoomForThePartsOfTheLibrary) {
+    TestHost host;
+    const std::string longest(16383, 'i');
+    EXPECT_THROW(TestLibrary(host, GeneralLibrary::Creating{(longest + "i").c_str(), 0}), JpkFsErr);
+    auto library = MakePaintLibrary(host, longest.c_str());
+    TestLibrary again(host, library->SavedBytes(), false);
+    EXPECT_EQ(again->Identifier().size(), 16383U);
+}
+
+TEST(Saving, AFolderThatMeansAnotherIsNoIdentifier) {
+    TestHost host;
+    for (const char* name : {".", ".."}) {
+        nuo::archive::mem_read_write_archive archive;
+        velmor::fs::InMemory scratch("test");
+        velmor::fs::ZipFs zip(archive, scratch, "test", false);
+        ASSERT_EQ(zip.createDir(name), velmor::fs::er_ok);
+        JpkFs package(zip, "test");
+        EXPECT_THROW(GeneralLibrary(host, package, host.Slib(), GeneralLibrary::Reading{}),
+                     JpkFsErr);
+    }
+}
+
 TEST(Saving, APresetIsReadBackWithItsValuesFromHandWrittenForms) {
     TestHost host;
     nuo::buffer<nuo::byte> bytes;

@@ -1,6 +1,7 @@
 #include "support.h"
 
 #include "assets/library/bytecopy.h"
+#include "nuo/common/archive/primitives.h"
 
 namespace korvanet::platform::assets {
 nuo::buffer<nuo::byte> FileBytes(const std::string& path) {
@@ -62,6 +63,15 @@ std::string TestLibrary::Part(const std::string& path) {
     CopyAll(*part, memory);
     const auto& bytes = memory.get_buffer();
     return {reinterpret_cast<const char*>(bytes.begin()), bytes.size()};
+}
+
+void TestLibrary::Write(const std::string& path, const std::string& bytes) {
+    const auto part =
+        package->create(path.c_str(), velmor::fs::mode_all, velmor::fs::open_or_create);
+    if (!part) throw std::runtime_error("no part " + path);
+    part->query_writer()->truncate(0);
+    part->query_random()->seek(0);
+    nuo::archive::write_all(*part->query_writer(), {bytes.data(), bytes.size()});
 }
 
 std::unique_ptr<TestLibrary> MakePaintLibrary(TestHost& host, const char* identifier) {

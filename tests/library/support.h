@@ -35,6 +35,8 @@ public:
     nuo::string Text(const std::string& identifier, const char* property);
     // The bytes of a part; empty when there is none.
     std::string Part(const std::string& path);
+    // Makes or replaces a part.
+    void Write(const std::string& path, const std::string& bytes);
 
     nuo::archive::mem_read_write_archive archive;
     velmor::fs::InMemory scratch{"test"};

@@ -52,6 +52,7 @@ PropertyTableImp& AssetCopier::MakeRecord(PropertyTableImp& source, nuo::string_
     if (record == nullptr) {
         record = &target_.AddRecord(identifier);
         target_.MakeTable(*record, schema);
+        fresh_.push_back(record->identifier);
         record->table->TakeGroups(schema);
         record->definitionLoaded = record->instanceLoaded = true;
     } else if (&target_.LoadRecord(*record) != &source) {

@@ -12,7 +12,9 @@ namespace korvanet::platform::assets {
 // a fresh identifier, each once.
 class AssetCopier {
 public:
-    explicit AssetCopier(GeneralLibrary& target) : target_(target) {}
+    // `fresh` takes the identifiers of the records that are made.
+    AssetCopier(GeneralLibrary& target, std::vector<nuo::string>& fresh)
+        : target_(target), fresh_(fresh) {}
 
     // The record of `identifier`, made or filled anew; null, and nothing stored, when a schema
     // cannot be taken over. Raises JpkFsErr, and nothing is stored, when the connections reach too
@@ -28,6 +30,7 @@ private:
     PropertyTableImp* Counterpart(PropertyTableImp& connected) const;
 
     GeneralLibrary& target_;
+    std::vector<nuo::string>& fresh_;
     std::vector<PropertyTableImp*> sources_;  // the asset itself first
     std::map<const PropertyTableImp*, PropertyTableImp*> copies_;
 };

@@ -139,6 +139,24 @@ void DataStore::Free(std::uint32_t id) {
     }
 }
 
+bool DataStore::AreApart(const std::vector<std::uint32_t>& ids) const {
+    std::vector<bool> taken(file_.LongestChain());
+    const auto take = [&taken](std::uint32_t id) {
+        const bool untaken = id < taken.size() && !taken[id];
+        if (untaken) taken[id] = true;
+        return untaken;
+    };
+    for (const BlockRun& run : free_.Runs())
+        for (std::uint32_t id = run.first; id != run.end; ++id)
+            take(id);
+    BlockHeader header;
+    for (std::uint32_t id : ids) {
+        for (; id != kNoBlock; id = header.next)
+            if (!take(id) || !file_.ReadBlockHeader(id, header)) return false;
+    }
+    return true;
+}
+
 void DataStore::WriteFreeRun(BlockRun run, std::uint32_t following) {
     WriteBlockHeaders(file_, run.first, run.Count(), [&](std::uint32_t i) {
         const std::uint32_t next = run.first + i + 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "assets/library/blockfile.h"
 #include "assets/library/blockruns.h"
@@ -39,6 +40,9 @@ public:
     // followed up to the first block that is free already or past the end.
     void Free(std::uint32_t id);
     bool IsFree(std::uint32_t id) const { return free_.Contains(id); }
+    // Has each of these records blocks of its own, none of them free? False also for a damaged
+    // chain.
+    bool AreApart(const std::vector<std::uint32_t>& ids) const;
     // Writes the free chain and the header; nothing on a read-only store.
     void Flush();
 

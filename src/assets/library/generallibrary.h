@@ -153,19 +153,24 @@ public:
     // with nothing stored, for connections that reach too deep.
     AssetDefinition* CreatePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                   const std::vector<PresetValue>& values);
-    // The same with the files that the source names in its own library.
+    // The same with the files that the source names in its own library. When one of them cannot be
+    // stored it raises, and records that were made for it are gone again.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.
     bool RemovePreset(PropertyTableImp& definition);
     // Brings a schema and its bases in, each with exactly the properties, flags and aliases of its
-    // original. Null when one cannot be made.
+    // original. Null when one cannot be made, or could not be saved: its id is no name for a part,
+    // or a reader would refuse its file.
     KRVTSchemaDefinition* EnsureSchema(KRVTSchemaDefinition& schema);
     // Builds the indexes of shared assets from the definitions.
     void RebuildSharedAssets();
     SharedAssets::Entry SharedEntry(const PropertyTableImp& table) const;
 
     // Saving and reopening.
+
+    // Content that is newer than this code or marked read-only is never written.
+    bool MaySave() const;
 
     // Writes what has changed into the package. False for content that must not be written; raises
     // for content that cannot.
@@ -174,8 +179,8 @@ public:
     // Opens the stores anew, after the package was given another archive. Only in the present
     // layout.
     void ReopenStores(bool for_writing);
-    // Converts the older layout in the open package. Raises JpkFsErr when the new folders cannot be
-    // made.
+    // Converts the older layout in the open package. False, and the library is what it was, when it
+    // may not or cannot be saved; raises JpkFsErr when the new folders cannot be made.
     bool UpgradeLegacyContent();
     // Takes what somebody outside holds out of the document, so that it outlives it.
     void PrepareForReload();
@@ -200,6 +205,7 @@ private:
     void ReadContents();
     void ReadOptions();
     void MakeFolder(nuo::string_ref path);
+    bool HasBlocks() const;
     std::unique_ptr<DataStore> OpenStore(nuo::string_ref path, bool for_writing);
 
     // generallibrary_records.cpp
@@ -219,7 +225,12 @@ private:
     void BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefinition& schema);
     void CheckConnectionDepth();
     void WriteRecord(HalvernAsset& record);
+    void FreeBlocks(HalvernAsset& record);
+    void SeparateRecords();
+    void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
     bool WriteSchemas();
+    nuo::string SchemaLeaf(const nuo::string& id) const;
+    void RemoveOtherParts(const nuo::string& id, const nuo::string& leaf);
     bool WriteContents();
     bool WriteVersionTable();
     bool SaveLegacy();
@@ -227,10 +238,15 @@ private:
 
     // generallibrary_presets.cpp
     void ImportFiles(PropertyTableImp& first);
+    AssetDefinition* StorePreset(PropertyTableImp& source, nuo::string_ref identifier,
+                                 const std::vector<PresetValue>& values,
+                                 std::vector<nuo::string>& fresh);
+    void DropRecords(const std::vector<nuo::string>& names);
     void RewriteUris(PropertyTableImp& table);
 
     // generallibrary_upgrade.cpp
     void MoveLegacyRecords();
+    void GoBackTo(Layout former);
     void MakeNewFolder(nuo::string_ref path);
 
     // generallibrary_detach.cpp
@@ -260,6 +276,10 @@ private:
     bool read_only_ = false;
     std::uint32_t embed_option_ = 0;
     nuo::string scratch_folder_;
+    // Of each schema that was read, the parts that told it.
+    std::multimap<nuo::string, nuo::string, nuo::string_less> schema_parts_;
+    // No two records of the open stores share a block.
+    bool blocks_checked_ = false;
     // How the records in the stores were written.
     std::map<nuo::string, RecordLayout, nuo::string_less> layouts_;
     RecordForm form_;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -93,8 +94,13 @@ void GeneralLibrary::PrepareForReload() {
     Tables tables;
     AppendTables(namespaces_.asset, tables);
     AppendTables(namespaces_.tmpAsset, tables);
+    const bool anyone =
+        std::any_of(tables.begin(), tables.end(),
+                    [](const PropertyTableImp* table) { return table->ReferenceCount() != 0; });
+    if (!anyone) return;
     const HeldTables held(tables);
-    for (PropertyTableImp* table : held.All()) Detach(*table);
+    for (PropertyTableImp* table : held.All())
+        Detach(*table);
     ++generation_;
 }
 
@@ -114,6 +120,8 @@ void GeneralLibrary::Detach(PropertyTableImp& table) {
 // tables end does not matter.
 void GeneralLibrary::ReleaseContent() {
     if (!namespaces_.own.valid()) return;
+    // A removed preset that somebody holds may keep others of the document alive.
+    PrepareForReload();
     Tables tables;
     for (const velmor::Namespace from :
          {namespaces_.asset, namespaces_.tmpAsset, namespaces_.schema})

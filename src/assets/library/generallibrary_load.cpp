@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include "assets/library/bytecopy.h"
@@ -33,9 +34,14 @@ nuo::string Option(JpkFs& package, nuo::string_ref folder, nuo::string_ref name)
     return value.empty() ? nuo::string() : nuo::any_cast<option_value>(&value)->text;
 }
 
+// Names that mean other folders than their own.
+bool IsDots(nuo::string_ref name) {
+    return name == "." || name == "..";
+}
+
 // An identifier becomes the name of a folder that the manifests hold as it stands.
 bool CanBeIdentifier(nuo::string_ref identifier) {
-    if (identifier.empty() || identifier == "." || identifier == ".." ||
+    if (identifier.empty() || identifier.size() > kLongestName || IsDots(identifier) ||
         identifier == kLegacyFolder || !IsUserPath(identifier))
         return false;
     constexpr nuo::string_ref kRefused{"&<>\"'/\\"};
@@ -64,7 +70,7 @@ void GeneralLibrary::Open(bool for_writing) {
     MakeScratchFolder();
     if (IsFolder(package_, kLegacyFolder)) layout_ = Layout::kLegacy;
     identifier_ = ListIdentifier(layout_ == Layout::kLegacy ? kLegacyFolder : "");
-    if (identifier_.empty()) NUO_RAISE(JpkFsErr);
+    if (identifier_.empty() || IsDots(identifier_)) NUO_RAISE(JpkFsErr);
     MakeNamespaces();
     if (layout_ == Layout::kCurrent)
         LoadCurrent(for_writing);
@@ -94,6 +100,7 @@ void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
 
 void GeneralLibrary::MakeScratchFolder() {
     scratch_folder_ = fs::createTempDir(host_.TempFs(), "", ScratchPrefix(role_));
+    if (scratch_folder_.empty()) NUO_RAISE(JpkFsErr);
 }
 
 // The first folder by name; files beside it do not count.
@@ -131,7 +138,8 @@ void GeneralLibrary::LoadLegacy() {
     const nuo::string folder = fs::joinPath(kLegacyFolder, identifier_);
     const auto objects = OpenPart(package_, fs::joinPath(folder, "objects.xml"));
     if (legacy == nullptr || !objects) NUO_RAISE(JpkFsErr);
-    if (legacy->LoadObjects(*this, *objects)) layout_ = Layout::kLegacyUpgrade;
+    const bool is_material_library = legacy->LoadObjects(*this, *objects);
+    if (is_material_library && !(identifier_ == kSystemLibrary)) layout_ = Layout::kLegacyUpgrade;
 }
 
 void GeneralLibrary::ReadVersionTable() {
@@ -175,7 +183,9 @@ void GeneralLibrary::LoadSchemas() {
 void GeneralLibrary::LoadSchemaPart(nuo::string_ref name) {
     const nuo::string path = fs::joinPath(Path(kSchemasFolder), name);
     const auto part = OpenPart(package_, path);
-    if (!part || schemas_->LoadSchema(*part, path) == nullptr) NUO_RAISE(JpkFsErr, path);
+    const KRVTSchemaDefinition* const schema = part ? schemas_->LoadSchema(*part, path) : nullptr;
+    if (schema == nullptr) NUO_RAISE(JpkFsErr, path);
+    schema_parts_.emplace(schema->Id(), name);
 }
 
 void GeneralLibrary::ReadContents() {
@@ -208,15 +218,25 @@ void GeneralLibrary::MakeFolder(nuo::string_ref path) {
 void GeneralLibrary::ReopenStores(bool for_writing) {
     if (layout_ != Layout::kCurrent) return;
     CloseStores();
+    blocks_checked_ = false;
     auto definitions = OpenStore(Path(kDefinitionStorePart), for_writing);
     instance_store_ = OpenStore(Path(kInstanceStorePart), for_writing);
     definition_store_ = std::move(definitions);
 }
 
+bool GeneralLibrary::HasBlocks() const {
+    const auto records = namespaces_.asset.objects();
+    return std::any_of(records.begin(), records.end(), [](const velmor::NameValuePair& entry) {
+        const auto& record = *static_cast<const HalvernAsset*>(entry.value.data());
+        return record.definitionBlock != HalvernAsset::kNoBlock ||
+               record.instanceBlock != HalvernAsset::kNoBlock;
+    });
+}
+
 std::unique_ptr<DataStore> GeneralLibrary::OpenStore(nuo::string_ref path, bool for_writing) {
     const bool exists = package_.state(path).state != fs::state_not_found;
-    // Entries without a store are damage, not a beginning.
-    if (!exists && (!for_writing || !namespaces_.asset.objects().empty())) NUO_RAISE(JpkFsErr);
+    // Blocks without a store are damage, not a beginning.
+    if (!exists && (!for_writing || HasBlocks())) NUO_RAISE(JpkFsErr);
     if (for_writing) {
         auto archive = package_.create(path, fs::mode_all, fs::open_or_create);
         if (!archive) NUO_RAISE(JpkFsErr);

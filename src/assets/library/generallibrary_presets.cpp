@@ -4,12 +4,14 @@
 #include "assets/asset/assetmeta.h"
 #include "assets/library/assetcopier.h"
 #include "assets/library/generallibrary.h"
+#include "assets/library/schemapart.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/report.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemainheritance.h"
 #include "assets/schema/schemamanager.h"
+#include "assets/schema/schemaxmlwriter.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -32,10 +34,17 @@ void SetValue(PropertyTableImp& table, const PresetValue& value) {
 
 AssetDefinition* GeneralLibrary::CreatePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                               const std::vector<PresetValue>& values) {
+    std::vector<nuo::string> fresh;
+    return StorePreset(source, identifier, values, fresh);
+}
+
+AssetDefinition* GeneralLibrary::StorePreset(PropertyTableImp& source, nuo::string_ref identifier,
+                                             const std::vector<PresetValue>& values,
+                                             std::vector<nuo::string>& fresh) {
     SharedAssets::Entry former;
     HalvernAsset* const present = FindRecord(identifier);
     if (shared_.Enabled() && present != nullptr) former = SharedEntry(LoadRecord(*present));
-    PropertyTableImp* const made = AssetCopier(*this).Copy(source, identifier);
+    PropertyTableImp* const made = AssetCopier(*this, fresh).Copy(source, identifier);
     if (made == nullptr) return nullptr;
     for (const PresetValue& value : values)
         SetValue(*made, value);
@@ -50,11 +59,31 @@ AssetDefinition* GeneralLibrary::CreatePreset(PropertyTableImp& source, nuo::str
 
 AssetDefinition* GeneralLibrary::CopyDefinition(PropertyTableImp& source,
                                                 nuo::string_ref identifier) {
-    AssetDefinition* const made = CreatePreset(source, identifier, {});
-    // The files must be at hand when the source's library is gone, so they come now and not at the
-    // save.
-    if (made != nullptr) ImportFiles(*FindRecord(identifier)->table);
+    std::vector<nuo::string> fresh;
+    AssetDefinition* const made = StorePreset(source, identifier, {}, fresh);
+    if (made == nullptr) return nullptr;
+    try {
+        // The files must be at hand when the source's library is gone, so they come now and not at
+        // the save.
+        ImportFiles(*FindRecord(identifier)->table);
+    } catch (...) {  // what was not there before is not there now
+        DropRecords(fresh);
+        throw;
+    }
     return made;
+}
+
+// None of them has blocks yet. They may be connected with each other.
+void GeneralLibrary::DropRecords(const std::vector<nuo::string>& names) {
+    std::vector<intrusive_ptr<PropertyTableImp>> dropped;
+    for (const nuo::string& name : names)
+        dropped.emplace_back(FindRecord(name)->table);
+    for (const auto& table : dropped) {
+        if (shared_.Enabled()) shared_.Leave(SharedEntry(*table));
+        table->ClearConnections();
+        Detach(*table);
+    }
+    ++generation_;
 }
 
 // For a definition and all that is connected to it and not saved yet.
@@ -84,13 +113,12 @@ bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {
         HalvernError("The Preset doesn't belong to this library.").Deliver();
         return false;
     }
+    if (layout_ == Layout::kCurrent && (!definition_store_ || !instance_store_))
+        NUO_RAISE(JpkFsErr);
     HalvernAsset& record = definition.Holder();
     if (shared_.Enabled()) shared_.Leave(SharedEntry(LoadRecord(record)));
-    if (record.definitionBlock != HalvernAsset::kNoBlock)
-        definition_store_->Free(record.definitionBlock);
-    if (record.instanceBlock != HalvernAsset::kNoBlock) instance_store_->Free(record.instanceBlock);
-    record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
-    definition.Detach();
+    FreeBlocks(record);
+    Detach(definition);
     ++generation_;
     return true;
 }
@@ -105,14 +133,18 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema)
     if (KRVTSchemaDefinition* const own = schemas_->FindOwn(schema.Id())) return own;
     // A schema that waits for its base has none of its properties yet.
     if (base == nullptr && !schema.BaseId().empty()) return nullptr;
+    // Nor is one taken that the library could not be saved with.
+    if (!CanNameSchemaPart(schema.Id())) return nullptr;
     const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
     copy->SetBase(base);
+    if (!KeepsItsShape(*copy) || !IsReadableSchema(WriteSchemaXml(*copy))) return nullptr;
     copy->SetLibrary(this);
     copy->SetSet(&host_.Schemas());
     const nuo::string id = schema.Id();
     copy->Enter(namespaces_.schema, id);
     copy->SetPinned(true);
-    layouts_.insert_or_assign(id, RecordLayout(*copy));
+    // Records may have been read by it before it was the library's own.
+    layouts_.emplace(id, RecordLayout(*copy));
     return copy.get();
 }
 

@@ -43,8 +43,9 @@ private:
     int& depth_;
 };
 
-nuo::buffer<nuo::byte> ReadChain(DataStore& store, std::uint32_t block) {
-    DataRecord record = store.Open(block);
+nuo::buffer<nuo::byte> ReadChain(DataStore* store, std::uint32_t block) {
+    if (store == nullptr) NUO_RAISE(JpkFsErr);  // a reopening that failed has left it closed
+    DataRecord record = store->Open(block);
     nuo::buffer<nuo::byte> bytes;
     bytes.resize(record.Size());
     const nuo::byte* const filled = record.Read({bytes.begin(), bytes.end()});
@@ -138,12 +139,15 @@ PropertyTableImp& GeneralLibrary::MakeTable(HalvernAsset& record, KRVTSchemaDefi
 
 PropertyTableImp& GeneralLibrary::EnsureTable(HalvernAsset& record) {
     if (record.table != nullptr) return *record.table;
-    const nuo::buffer<nuo::byte> bytes = ReadChain(*instance_store_, record.instanceBlock);
+    const nuo::buffer<nuo::byte> bytes = ReadChain(instance_store_.get(), record.instanceBlock);
     nuo::archive::buffer_in in(bytes);
     const RecordHeader header = ReadRecordHeader(in, form_);
     KRVTSchemaDefinition* const schema = schemas_->Find(header.schema);
     if (schema == nullptr) NUO_RAISE(SchemaNotFoundErr, record.identifier);
-    return MakeTable(record, *schema);
+    // One of the shared set becomes the library's own, so that the record keeps its shape whatever
+    // else is open, and is saved with it.
+    KRVTSchemaDefinition* const own = EnsureSchema(*schema);
+    return MakeTable(record, own != nullptr ? *own : *schema);
 }
 
 void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
@@ -155,14 +159,16 @@ void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
     const auto& schema = *AsSchemaDefinition(table.Base());
     table.TakeGroup(group, schema);
     const nuo::buffer<nuo::byte> bytes =
-        ReadChain(*(listing ? definition_store_ : instance_store_),
+        ReadChain((listing ? definition_store_ : instance_store_).get(),
                   listing ? record.definitionBlock : record.instanceBlock);
     nuo::archive::buffer_in in(bytes);
     if (!listing) ReadRecordHeader(in, form_);
     const LibraryConnectionCodec codec(*this);
     ReadRecordGroup(in, LayoutOf(schema), group, form_, table);
+    // A table of contents before 3.1 does not tell it; the record's own schema does.
     if (listing && !form_.has_base_schema)
-        SetText(table, asset_meta::kBaseSchema, record.baseSchema);
+        SetText(table, asset_meta::kBaseSchema,
+                record.baseSchema.empty() ? schema.Id() : record.baseSchema);
     mark.Keep();
 }
 

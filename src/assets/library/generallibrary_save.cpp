@@ -7,6 +7,7 @@
 #include "assets/library/ilegacycontent.h"
 #include "assets/library/libraryconnectioncodec.h"
 #include "assets/library/libraryparts.h"
+#include "assets/library/schemapart.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tableofcontents.h"
 #include "assets/library/tabletext.h"
@@ -15,7 +16,7 @@
 #include "assets/schema/schemainheritance.h"
 #include "assets/schema/schemamanager.h"
 #include "assets/schema/schemamerge.h"
-#include "assets/serialization/io/archivestream.h"
+#include "assets/schema/schemaxmlwriter.h"
 #include "nuo/common/archive/primitives.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/string_algo/number.h"
@@ -66,17 +67,22 @@ void GeneralLibrary::ForEachRecord(Visit&& visit) const {
         visit(*static_cast<HalvernAsset*>(entry.value.data()));
 }
 
+bool GeneralLibrary::MaySave() const {
+    const std::int32_t newest =
+        std::max({toc_version_.major, definition_version_.major, instance_version_.major});
+    return newest <= kHighestMajor && !read_only_;
+}
+
 bool GeneralLibrary::Save() {
-    if (std::max({toc_version_.major, definition_version_.major, instance_version_.major}) >
-        kHighestMajor)
-        return false;
+    if (!MaySave()) return false;
     if ((embed_option_ & kLegacyOption) != 0 || layout_ != Layout::kCurrent) return SaveLegacy();
-    if (read_only_) return false;
+    if (!definition_store_ || !instance_store_) NUO_RAISE(JpkFsErr);
     // Everything is read by the forms that it was written in before any of these change.
     ForEachRecord([this](HalvernAsset& record) { LoadRecord(record); });
     CheckConnectionDepth();
     if (!MergeSchemas()) return false;
     MarkOldForms();
+    SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {
         if (record.state == kChanged) WriteRecord(record);
     });
@@ -156,6 +162,39 @@ void GeneralLibrary::CheckConnectionDepth() {
     });
 }
 
+// The numbers go with the blocks: should a later step fail, another record may have these blocks by
+// the time that this one is written after all.
+void GeneralLibrary::FreeBlocks(HalvernAsset& record) {
+    const auto free = [](DataStore* store, std::uint32_t& block) {
+        if (block != HalvernAsset::kNoBlock) store->Free(block);
+        block = HalvernAsset::kNoBlock;
+    };
+    free(definition_store_.get(), record.definitionBlock);
+    free(instance_store_.get(), record.instanceBlock);
+}
+
+// In a damaged store records may share blocks, with each other or with the free ones; to free or to
+// use such a block would take it from the others. All of its records get fresh blocks then, and the
+// old ones are lost space. What this code has written never does so: one look is enough.
+void GeneralLibrary::SeparateRecords() {
+    if (blocks_checked_) return;
+    SeparateRecords(*definition_store_, &HalvernAsset::definitionBlock);
+    SeparateRecords(*instance_store_, &HalvernAsset::instanceBlock);
+    blocks_checked_ = true;
+}
+
+void GeneralLibrary::SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block) {
+    std::vector<std::uint32_t> heads;
+    ForEachRecord([&](HalvernAsset& record) {
+        if (record.*block != HalvernAsset::kNoBlock) heads.push_back(record.*block);
+    });
+    if (store.AreApart(heads)) return;
+    ForEachRecord([&](HalvernAsset& record) {
+        record.*block = HalvernAsset::kNoBlock;
+        record.state = kChanged;
+    });
+}
+
 void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     PropertyTableImp& table = *record.table;
     const auto& schema = *AsSchemaDefinition(table.Base());
@@ -164,7 +203,7 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     const RecordLayout& layout = LayoutOf(schema);
     nuo::archive::mem_write_archive instance;
     RecordHeader header{schema.Id(), record.identifier, nuo::string()};
-    if (role_ == Role::kSerializer && table.Source() != nullptr)
+    if (table.Source() != nullptr && table.Source()->Kind() == TableKind::kDefinition)
         header.parent = table.Source()->Name();
     WriteRecordHeader(instance, header, form_);
     WriteRecordGroup(instance, layout, PropertyTableImp::kReadWriteGroup, form_, table, schema);
@@ -172,9 +211,7 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     WriteRecordGroup(listing, layout, PropertyTableImp::kIterationGroup, form_, table, schema);
     KeepNonEmpty(listing.get_buffer());
 
-    if (record.definitionBlock != HalvernAsset::kNoBlock)
-        definition_store_->Free(record.definitionBlock);
-    if (record.instanceBlock != HalvernAsset::kNoBlock) instance_store_->Free(record.instanceBlock);
+    FreeBlocks(record);
     record.definitionBlock = StoreRecord(*definition_store_, listing.get_buffer());
     record.instanceBlock = StoreRecord(*instance_store_, instance.get_buffer());
     record.state = 0;
@@ -182,12 +219,31 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
 
 bool GeneralLibrary::WriteSchemas() {
     for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
-        const nuo::string leaf(schema->Id(), kSchemaExtension);
-        const auto part = OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaf));
-        WriteArchiveStream stream(part.get());
-        if (!schema->WriteTo(&stream)) return false;
+        const nuo::string text = WriteSchemaXml(*schema);
+        if (!KeepsItsShape(*schema) || !IsReadableSchema(text)) return false;
+        const nuo::string leaf = SchemaLeaf(schema->Id());
+        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaf)), text);
+        RemoveOtherParts(schema->Id(), leaf);
     }
     return true;
+}
+
+// The part that a schema is written to. One that came under a name which does not follow from its
+// id keeps its part when no part can be named after it.
+nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
+    const auto loaded = schema_parts_.find(id);
+    if (loaded == schema_parts_.end() || CanNameSchemaPart(id))
+        return nuo::string(id, kSchemaExtension);
+    return loaded->second;
+}
+
+// A schema has one part: of several the next reader would take the first, and with it an old form.
+void GeneralLibrary::RemoveOtherParts(const nuo::string& id, const nuo::string& leaf) {
+    const auto [first, last] = schema_parts_.equal_range(id);
+    for (auto at = first; at != last; ++at)
+        if (!(at->second == leaf)) package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
+    schema_parts_.erase(first, last);
+    schema_parts_.emplace(id, leaf);
 }
 
 bool GeneralLibrary::WriteContents() {

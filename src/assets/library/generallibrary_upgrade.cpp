@@ -1,10 +1,15 @@
 #include "assets/library/generallibrary.h"
 #include "assets/library/libraryparts.h"
 #include "assets/package/packageoptions.h"
+#include "velmor/vfs/vfs_functions.h"
 
 namespace korvanet::platform::assets {
 
+namespace fs = velmor::fs;
+
+// Without a save the new layout would hold nothing, and the caller is about to remove the old one.
 bool GeneralLibrary::UpgradeLegacyContent() {
+    if (read_only_) return false;
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
                     nuo::any(option_value{"uuid", identifier_}));
     MakeNewFolder(Path(kAssetDataFolder));
@@ -12,17 +17,31 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     const Layout former = layout_;
     layout_ = Layout::kCurrent;
     resources_->SetLegacyLayout(false);
+    bool saved = false;
     try {
         ReopenStores(true);
         MoveLegacyRecords();
-        if (!read_only_) Save();
-    } catch (...) {  // what could not be converted is still what it was
-        CloseStores();
-        layout_ = former;
-        resources_->SetLegacyLayout(true);
+        saved = Save();
+    } catch (...) {
+        GoBackTo(former);
         throw;
     }
-    return true;
+    if (!saved) GoBackTo(former);
+    return saved;
+}
+
+// What could not be converted is still what it was, and can be tried again.
+void GeneralLibrary::GoBackTo(Layout former) {
+    definition_store_.reset();
+    instance_store_.reset();
+    for (const nuo::string& name : RecordNames()) {
+        HalvernAsset& record = *FindRecord(name);
+        record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
+    }
+    fs::recursiveRemove(package_, Path(kAssetDataFolder));
+    fs::recursiveRemove(package_, Path(kSchemasFolder));
+    layout_ = former;
+    resources_->SetLegacyLayout(true);
 }
 
 // The files of the older folder come to where the present layout keeps them, and every record is to

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "nuo/common/string_ref.h"
 
 // Where a library keeps its own parts, below the folder of its identifier; see
@@ -18,5 +20,12 @@ inline constexpr nuo::string_ref kCommonSchema{"CommonSchema"};
 
 // The folder of the older layout, beside which there is no other.
 inline constexpr nuo::string_ref kLegacyFolder{"qmx"};
+
+// A ZIP tells the length of a path in 16 bits: identifiers of libraries and ids of schemas that are
+// no longer than this leave room for all parts.
+inline constexpr std::uint64_t kLongestName = 0x3FFF;
+
+// The identifier of the system library, which stays in the older layout.
+inline constexpr nuo::string_ref kSystemLibrary{"314DE259-5443-4621-BFBD-1730C6CC9AE9"};
 
 }  // namespace korvanet::platform::assets

@@ -5,6 +5,7 @@
 #include "assets/library/resourceuri.h"
 #include "assets/manager/base/path.h"
 #include "assets/package/jpkfs.h"
+#include "assets/property/urivalues.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/file_archive.h"
 #include "nuo/common/fsutility.h"
@@ -101,6 +102,8 @@ bool LibraryResources::Rewrite(PropertyBase& property, nuo::string_ref definitio
         value = uri;
         changed = true;
     });
+    auto* const texture = dynamic_cast<TextureURIValue*>(&property);
+    if (changed && texture != nullptr) texture->ResetResolutionState();
     return changed;
 }
 

@@ -1,5 +1,6 @@
 #include "assets/library/resourceuri.h"
 
+#include "assets/package/jpkfs.h"
 #include "nuo/common/string_algo/number.h"
 #include "nuo/common/string_builder.h"
 
@@ -41,6 +42,11 @@ bool IsDots(nuo::string_ref text) {
     return text == "." || text == "..";
 }
 
+// A name that means something to paths or to packages, as one that means nothing.
+nuo::string Unreserved(const nuo::string& name) {
+    return IsDots(name) || !IsUserPath(name) ? EscapeEach(name, ".") : name;
+}
+
 }  // namespace
 
 bool IsResourceUri(nuo::string_ref uri) {
@@ -63,12 +69,12 @@ nuo::string_ref WithoutFileScheme(nuo::string_ref text) {
 }
 
 nuo::string PathComponent(nuo::string_ref text) {
-    return EscapeEach(text, IsDots(text) ? "." : "/\\<\"&");
+    return Unreserved(EscapeEach(text, "/\\<\"&"));
 }
 
 nuo::string ResourceFileName(nuo::string_ref leaf) {
     if (IsDots(leaf)) return {};
-    return EscapeEach(leaf, "/\\<\"#&");
+    return Unreserved(EscapeEach(leaf, "/\\<\"#&"));
 }
 
 nuo::string NumberedFileName(nuo::string_ref leaf, int number) {

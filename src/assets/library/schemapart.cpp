@@ -1,0 +1,52 @@
+#include "assets/library/schemapart.h"
+
+#include <algorithm>
+
+#include "assets/library/libraryparts.h"
+#include "assets/package/jpkfs.h"
+#include "assets/schema/propertyflags.h"
+#include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemaxmlreader.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+// An element has its value as a list, and a colour has one for each component.
+constexpr std::uint64_t kListsOfElement = 5;
+
+bool BreaksAPath(char c) {
+    return c == '/' || static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
+// Of all elements, as the reader counts them. A text in XML holds no other "<".
+std::uint64_t CountElements(nuo::string_ref text) {
+    std::uint64_t count = 0;
+    for (std::uint64_t at = 0; at + 1 < text.size(); ++at)
+        if (text[at] == '<' && text[at + 1] != '/') ++count;
+    return count;
+}
+
+}  // namespace
+
+bool CanNameSchemaPart(nuo::string_ref id) {
+    return !id.empty() && id.size() <= kLongestName &&
+           std::none_of(id.begin(), id.end(), BreaksAPath) &&
+           IsUserPath(nuo::string(id, kSchemaExtension));
+}
+
+bool IsReadableSchema(nuo::string_ref text) {
+    if (text.empty() || text.size() > kMaxSchemaBytes) return false;
+    const std::uint64_t elements = CountElements(text);
+    const auto commas = static_cast<std::uint64_t>(std::count(text.begin(), text.end(), ','));
+    return elements <= kMaxSchemaElements &&
+           commas + elements * kListsOfElement <= kMaxSchemaListElements;
+}
+
+bool KeepsItsShape(const KRVTSchemaDefinition& schema) {
+    const auto properties = schema.Properties();
+    return std::all_of(properties.begin(), properties.end(), [](const PropertyBase* property) {
+        return CheckPropertyFlags(property->GetType(), property->GetFlags()) == 0;
+    });
+}
+
+}  // namespace korvanet::platform::assets

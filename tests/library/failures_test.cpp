@@ -1,0 +1,221 @@
+// What is left when a save, a copy or a reopening stops halfway, and what damaged stores can and
+// cannot do to the records beside them.
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include "assets/asset/assetinstance.h"
+#include "assets/library/tabletext.h"
+#include "support.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+void SetFile(AssetDefinition& paint, const std::string& value) {
+    ASSERT_TRUE(SetText(paint, "p_file", value.c_str()));
+    paint.Holder().state = 1;
+}
+
+// No file of this process grows beyond a size while the object lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &former_);
+        const rlimit limit{size, former_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &former_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    rlimit former_{};
+    void (*handler_)(int);
+};
+
+AssetDefinition& Store(GeneralLibrary& library, const char* identifier) {
+    AssetDefinition& model =
+        MakeDefinition(*library.Schemas().FindOwn("PaintSchema"), velmor::Namespace(), "model");
+    model.AddReference();
+    AssetDefinition* const made = library.CreatePreset(model, identifier, {});
+    model.Release();
+    return *made;
+}
+
+TEST(Failures, ARecordThatDidNotFitLeavesItsOldBlocksToOthersForGood) {
+    TestHost host;
+    const std::string folder = host.Folder() + "/package";
+    ASSERT_EQ(::mkdir(folder.c_str(), 0777), 0);
+    velmor::fs::LocalFs disk(folder.c_str());
+    LoadGlobal(host, "CommonSchema", kCommonSchemaXml);
+    KRVTSchemaDefinition& paint = *LoadGlobal(host, "PaintSchema", kPaintSchemaXml);
+    {
+        JpkFs package(disk, "test");
+        GeneralLibrary library(host, package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+        ASSERT_NE(library.EnsureSchema(paint), nullptr);
+        Store(library, "A");
+        Store(library, "B");
+        ASSERT_TRUE(library.Save());
+        SetFile(*library.LoadDefinition("A"), std::string(300, 'a'));
+        {
+            const FileSizeLimit limit(16 + 2 * 136);
+            EXPECT_THROW(library.Save(), nuo::exception);
+        }
+        // It sorts before A, is written before it, and takes the block that A had.
+        Store(library, "0");
+        ASSERT_TRUE(library.Save());
+        package.sync();
+    }
+    JpkFs package(disk, "test");
+    GeneralLibrary again(host, package, host.Slib(), GeneralLibrary::Reading{});
+    for (const char* name : {"0", "A", "B"})
+        EXPECT_NE(again.LoadDefinition(name), nullptr) << name;
+    EXPECT_TRUE(TextOf(*again.LoadDefinition("A"), "p_file") == std::string(300, 'a').c_str());
+}
+
+TEST(Failures, RecordsThatShareBlocksArePartedByTheNextSave) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetFile(AddPaint(*library, "A"), "first");
+        AddPaint(*library, "B");
+        library->SavedBytes();
+        (*library)->FindRecord("B")->instanceBlock = (*library)->FindRecord("A")->instanceBlock;
+        bytes = library->SavedBytes();
+    }
+    {
+        TestLibrary library(host, bytes, true);
+        EXPECT_TRUE(library.Text("B", "p_file") == "first");
+        SetFile(library.Definition("A"), "second");
+        bytes = library.SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("A", "p_file") == "second");
+    EXPECT_TRUE(again.Text("B", "p_file") == "first");
+}
+
+TEST(Failures, ARemovedPresetThatSharedItsBlocksLeavesTheOtherReadable) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetFile(AddPaint(*library, "A"), "first");
+        AddPaint(*library, "B");
+        library->SavedBytes();
+        (*library)->FindRecord("B")->instanceBlock = (*library)->FindRecord("A")->instanceBlock;
+        bytes = library->SavedBytes();
+    }
+    {
+        TestLibrary library(host, bytes, true);
+        AssetDefinition& a = library.Definition("A");
+        a.AddReference();
+        ASSERT_TRUE(library->RemovePreset(a));
+        a.Release();
+        bytes = library.SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("B", "p_file") == "first");
+}
+
+TEST(Failures, ARecordInTheChainOfFreeBlocksIsNotOverwritten) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        SetFile(AddPaint(*library, "A"), "kept");
+        library->SavedBytes();
+        std::string store = library->Part("LIB/AssetData/InstanceProperties.bin");
+        store.replace(4, 8, std::string(8, '\0'));  // first and last free block: 0
+        (*library)->CloseStores();
+        library->Write("LIB/AssetData/InstanceProperties.bin", store);
+        library->package->sync();
+        library->zip->commit();
+        bytes = library->archive.get_buffer();
+    }
+    {
+        TestLibrary library(host, bytes, true);
+        AddPaint(library, "0");
+        bytes = library.SavedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("A", "p_file") == "kept");
+    EXPECT_NE(again->LoadDefinition("0"), nullptr);
+}
+
+TEST(Failures, ACopyWhoseFileCannotBeStoredIsNotThere) {
+    TestHost host;
+    auto source = MakePaintLibrary(host, "SOURCE");
+    auto target = MakePaintLibrary(host, "TARGET");
+    AssetDefinition& wall = AddPaint(*source, "Wall");
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
+    SetFile(wall, host.MakeFile("a.png", "one"));
+    const std::string endless(65530, 'x');  // no path in a ZIP is that long
+    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    EXPECT_TRUE((*target)->RecordNames().empty());
+    EXPECT_TRUE((*target)->Save());
+}
+
+TEST(Failures, WithItsStoresClosedALibraryRaisesInsteadOfReading) {
+    TestHost host;
+    TestLibrary library(host, "starter.jpk", true);
+    AssetDefinition& loaded = library.Definition("Generic-001");
+    library->CloseStores();
+    EXPECT_THROW(library->LoadDefinition("Bitmap-001"), JpkFsErr);
+    EXPECT_THROW(library->RemovePreset(loaded), JpkFsErr);
+    EXPECT_TRUE(library->Contains("Generic-001"));
+    EXPECT_THROW(library->Save(), JpkFsErr);
+    library->ReopenStores(true);
+    EXPECT_TRUE(library->Save());
+}
+
+TEST(Failures, ARemovedPresetAndItsInstancesOutliveTheDocument) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition& wall = AddPaint(*library, "Wall");
+    AssetDefinition& spots = AddPaint(*library, "Spots");
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(spots);
+    wall.AddReference();
+    AssetInstance* instance = wall.CreateInstanceIn((*library)->Namespaces().tmpAsset);
+    ASSERT_TRUE((*library)->RemovePreset(wall));
+    library.reset();
+    EXPECT_EQ(wall.GetSchema(), host.global->FindOwn("PaintSchema"));
+    EXPECT_EQ(instance->GetSchema(), host.global->FindOwn("PaintSchema"));
+    EXPECT_EQ(wall.FindProperty(nuo::string_ref("p_map"))->ConnectedTable(0), &spots);
+    EXPECT_TRUE(spots.Name() == "Spots");
+    wall.Release();
+    instance->Release();
+}
+
+TEST(Failures, TheSchemaOfARecordStandsInForATableOfContentsThatDoesNotTellIt) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        // The common schema names a base: no record holds "BaseSchema" then.
+        ASSERT_TRUE(SetText(*(*library)->Schemas().FindOwn("CommonSchema"), "BaseSchema", "Root"));
+        AddPaint(*library, "Red");
+        library->SavedBytes();
+        const std::string contents = library->Part("LIB/AssetData/AssetTableOfContents.bin");
+        library->Write("LIB/AssetData/AssetTableOfContents.bin",
+                       contents.substr(0, contents.size() - 15));
+        library->Write("LIB/AssetData/StreamVersionTable.inf",
+                       "AssetTableOfContents:3.0,\nDefinitionIteratorProperties:3.2,\n"
+                       "InstanceProperties:3.1,\nAssetLibVersion:1.0\n");
+        library->package->sync();
+        library->zip->commit();
+        bytes = library->archive.get_buffer();
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, true);
+    EXPECT_TRUE(again.Text("Red", "BaseSchema") == "PaintSchema");
+    again.SavedBytes();
+    const std::string contents = again.Part("LIB/AssetData/AssetTableOfContents.bin");
+    EXPECT_EQ(contents.substr(contents.size() - 15), std::string("\x0b\0\0\0PaintSchema", 15));
+}
+
+}  // namespace
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,134 @@
+#include "assets/library/ilegacycontent.h"
+#include "nuo/common/archive/primitives.h"
+#include "support.h"
+
+namespace korvanet::platform::assets {
+namespace {
+
+namespace fs = velmor::fs;
+
+// Reads one paint "Old" from any file, and writes files that say nothing.
+class PlainLegacy final : public ILegacyContent {
+public:
+    explicit PlainLegacy(TestHost& host) : host_(host) { host.legacy = this; }
+    ~PlainLegacy() { host_.legacy = nullptr; }
+
+    bool LoadObjects(GeneralLibrary& document, nuo::archive::iarchive&) override {
+        LoadGlobal(host_, "CommonSchema", kCommonSchemaXml);
+        KRVTSchemaDefinition& paint = *LoadGlobal(host_, "PaintSchema", kPaintSchemaXml);
+        AssetDefinition& model =
+            MakeDefinition(*document.EnsureSchema(paint), velmor::Namespace(), "model");
+        model.AddReference();
+        document.CreatePreset(model, "Old", {});
+        model.Release();
+        return is_material_library;
+    }
+    void WriteDirectory(const GeneralLibrary&, nuo::archive::iarchive& directory) override {
+        Write(directory, "<directory/>");
+    }
+    void WriteObjects(const GeneralLibrary&, nuo::archive::iarchive& objects) override {
+        Write(objects, "<objects/>");
+    }
+
+    bool is_material_library = true;
+
+private:
+    static void Write(nuo::archive::iarchive& part, nuo::string_ref text) {
+        nuo::archive::write_all(*part.query_writer(), {text.data(), text.size()});
+    }
+
+    TestHost& host_;
+};
+
+nuo::buffer<nuo::byte> OldLibrary(TestHost& host, const char* identifier, bool read_only = false) {
+    TestLibrary library(host, GeneralLibrary::Creating{identifier, GeneralLibrary::kLegacyOption});
+    if (read_only) library->SetReadOnlyOption();
+    return library.SavedBytes();
+}
+
+TEST(Upgrade, TheOlderLayoutIsWrittenAsTwoPartsWithTheirOptions) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    EXPECT_EQ(library.Part("qmx/OLD/directory.xml"), "<directory/>");
+    EXPECT_EQ(library.Part("qmx/OLD/objects.xml"), "<objects/>");
+    const auto option = [&](const char* part, const char* name) {
+        const nuo::any value =
+            library.package->getopt(kPartOption, nuo::any(option_key{part, name}));
+        return value.empty() ? std::string("none")
+                             : std::string(nuo::any_cast<option_value>(&value)->text.data());
+    };
+    EXPECT_EQ(option("qmx/OLD/directory.xml", ""), "QMX content directory");
+    EXPECT_EQ(option("qmx/OLD/directory.xml", "interop content"), "1");
+    EXPECT_EQ(option("qmx/OLD/objects.xml", ""), "QMX objects");
+    EXPECT_EQ(option("qmx/OLD/objects.xml", "interop content"), "1");
+}
+
+TEST(Upgrade, AMaterialLibraryIsConvertedAndReadsBackInThePresentLayout) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, OldLibrary(host, "OLD"), true);
+        EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
+        EXPECT_TRUE(library->UpgradeLegacyContent());
+        EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kCurrent);
+        EXPECT_EQ(fs::recursiveRemove(*library.package, "qmx"), fs::er_ok);
+        library.package->sync();
+        library.zip->commit();
+        bytes = library.archive.get_buffer();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(again->GetLayout(), GeneralLibrary::Layout::kCurrent);
+    EXPECT_NE(again->LoadDefinition("Old"), nullptr);
+}
+
+TEST(Upgrade, OtherLibrariesAndTheSystemLibraryStayInTheOlderLayout) {
+    TestHost host;
+    PlainLegacy legacy(host);
+    {
+        const char* const system = "314DE259-5443-4621-BFBD-1730C6CC9AE9";
+        TestLibrary library(host, OldLibrary(host, system), true);
+        EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacy);
+    }
+    legacy.is_material_library = false;
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacy);
+}
+
+TEST(Upgrade, AReadOnlyLibraryIsNotConverted) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD", true), true);
+    EXPECT_TRUE(library->ReadOnly());
+    EXPECT_FALSE(library->UpgradeLegacyContent());
+    EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
+    EXPECT_EQ(library.package->state("OLD/AssetData").state, fs::state_not_found);
+}
+
+TEST(Upgrade, OneThatCannotBeSavedChangesNothingAndCanBeTriedAgain) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    auto* const odd = library->Schemas().FindOwn("PaintSchema");
+    ASSERT_NE(odd->AddStringProperty(L"z", PropertyFlags::kPublic, L"", L"\x01"), nullptr);
+    EXPECT_FALSE(library->UpgradeLegacyContent());
+    EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
+    EXPECT_EQ(library.package->state("OLD/AssetData").state, fs::state_not_found);
+    EXPECT_EQ(library.package->state("OLD/Schemas").state, fs::state_not_found);
+    auto* const text = odd->FindProperty(L"z")->GetValue();
+    ASSERT_TRUE(dynamic_cast<IStringValue*>(text)->SetValue(L"fine"));
+    EXPECT_TRUE(library->UpgradeLegacyContent());
+    EXPECT_EQ(library->FindRecord("Old")->instanceBlock, 0U);
+}
+
+TEST(Upgrade, FoldersThatStandThereAlreadyAreRefused) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    ASSERT_EQ(fs::recursiveCreateDir(*library.package, "OLD/Schemas"), fs::er_ok);
+    EXPECT_THROW(library->UpgradeLegacyContent(), JpkFsErr);
+}
+
+}  // namespace
+}  // namespace korvanet::platform::assets
