@@ -7,7 +7,6 @@
 #include <filesystem>
 
 #include <korvanet/platform/core/utf8string.h>
-#include <korvanet/platform/core/widestring.h>
 
 #include "failure.h"
 #include "inspect/verify.h"
@@ -33,18 +32,6 @@ std::string WordsForOpening(const std::string& path, const std::string& report) 
 }
 
 }  // namespace
-
-void ReportLog::Warning(const core::WideString& text, std::uint32_t, std::uint32_t) {
-    lines_.emplace_back(text.AsUTF8());
-}
-
-void ReportLog::Error(const core::WideString& text, std::uint32_t, std::uint32_t) {
-    lines_.emplace_back(text.AsUTF8());
-}
-
-std::string ReportLog::LastOr(const std::string& otherwise) const {
-    return lines_.empty() ? otherwise : lines_.back();
-}
 
 Session::Session() : scratch_(Temporary::MakeFolder(TempFolder() + "/halvern-XXXXXX")) {
     ::setenv("TMPDIR", scratch_.Path().c_str(), 1);

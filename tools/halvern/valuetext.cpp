@@ -9,7 +9,7 @@
 #include <korvanet/platform/core/utf8string.h>
 
 #include "failure.h"
-#include "session.h"
+#include "reportlog.h"
 
 namespace halvern {
 

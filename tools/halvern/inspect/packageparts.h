@@ -26,6 +26,7 @@ public:
     // Leaf names in the order of listings.
     std::vector<std::string> Files(const std::string& folder);
     std::vector<std::string> Folders(const std::string& folder);
+    bool IsEmpty() { return Files("").empty() && Folders("").empty(); }
     bool IsFile(const std::string& path);
 
     // Null when the part is not there or cannot be read.

@@ -52,8 +52,9 @@ const SchemaShape* RecordCheck::CheckInstance(const std::string& store, const Co
     }
     const SchemaShape* const shape = schemas_.Find(header.schema, form_);
     if (shape == nullptr) {
-        findings_.Add({"record.schema", store, where,
-                       "the schema " + Text(header.schema) + " is not in the library"});
+        if (!schemas_.IsBroken(header.schema))
+            findings_.Add({"record.schema", store, where,
+                           "the schema " + Text(header.schema) + " is not in the library"});
         return nullptr;
     }
     CheckHeader(store, entry, header);

@@ -1,10 +1,14 @@
 #include "inspect/schemacheck.h"
 
+#include <algorithm>
+
 #include <korvanet/platform/assets/reportsink.h>
 
 #include "assets/library/libraryparts.h"
 #include "assets/manager/base/librarynamespaces.h"
 #include "assets/package/jpkfs.h"
+#include "assets/schema/schemagrammar.h"
+#include "assets/serialization/io/xmlhandler.h"
 #include "velmor/start_runtime.h"
 
 namespace halvern::inspect {
@@ -40,6 +44,38 @@ private:
     IReportSink* former_;
 };
 
+// The properties that a schema file tells, in the order of the file.
+class ToldProperties final : public IXmlCallBack {
+public:
+    void OnXml(XmlDriverState& driver, const nuo::string& name, const nuo::string&,
+               const XmlAttributes& attributes, bool start) override {
+        if (!start || driver.elements.size() != 2 ||
+            grammar::KindOfElement(name) == PropertyType::kUnspecified)
+            return;
+        const auto id = attributes.find("id");
+        if (id != attributes.end()) ids.push_back(Text(id->second));
+    }
+
+    std::vector<std::string> ids;
+};
+
+// The property that a report names, as a place; empty when it names none.
+std::string PlaceOf(const std::string& report) {
+    constexpr std::string_view kBefore = "Node: ";
+    const std::size_t at = report.find(kBefore);
+    if (at == std::string::npos) return {};
+    const std::size_t from = at + kBefore.size();
+    return "property " + report.substr(from, report.find(',', from) - from);
+}
+
+// What a schema file of that name should hold.
+nuo::string StemOf(const std::string& name) {
+    const nuo::string_ref file = Ref(name);
+    return file.ends_with(kSchemaExtension)
+               ? nuo::string(file.substr(0, file.size() - kSchemaExtension.size()))
+               : nuo::string(file);
+}
+
 std::vector<SchemaShape::Item> ItemsOf(const RecordLayout& layout, std::size_t group,
                                        const RecordForm& form) {
     std::vector<SchemaShape::Item> items;
@@ -69,9 +105,7 @@ void SchemaCheck::Load(PackageParts& parts, Findings& findings) {
     std::vector<std::string> names = parts.Files(parts.Path(kSchemasFolder));
     std::vector<nuo::string> ids;
     for (const std::string& name : names)
-        if (nuo::string_ref(name).ends_with(kSchemaExtension))
-            ids.emplace_back(
-                nuo::string_ref(name).substr(0, name.size() - kSchemaExtension.size()));
+        if (Ref(name).ends_with(kSchemaExtension)) ids.push_back(StemOf(name));
     schemas_->ExpectFiles(ids);
     const std::string common = Text(kCommonSchema) + Text(kSchemaExtension);
     for (const std::string& name : names)
@@ -84,31 +118,63 @@ void SchemaCheck::Load(PackageParts& parts, Findings& findings) {
 void SchemaCheck::LoadPart(PackageParts& parts, const std::string& name, Findings& findings) {
     const std::string path = parts.Path(kSchemasFolder) + "/" + name;
     // The manifests of the folder are no schemas.
-    if (!IsUserPath(Ref(name)) || !CheckXml(parts, path, "schema.xml", true, findings)) return;
+    if (!IsUserPath(Ref(name))) return;
+    if (!CheckXml(parts, path, "schema.xml", true, findings)) {
+        broken_.insert(StemOf(name));
+        return;
+    }
     const nuo::archive::archive_ptr part = parts.Open(path);
     const Reports reports;
     const KRVTSchemaDefinition* schema = schemas_->LoadSchema(*part, nuo::string_ref(path));
     for (const std::string& line : reports.lines)
-        findings.Add({"schema.report", path, "", line});
+        findings.Add({"schema.report", path, PlaceOf(line), line});
     if (schema == nullptr) {
+        broken_.insert(StemOf(name));
         findings.AddClosing(
             {"schema.none", path, "",
              "the part holds no schema: it has no UID, names no base, or is too large"});
         return;
     }
     loaded_.emplace(path, schema);
+    CheckProperties(parts, path, *schema, reports.lines, findings);
     const std::string id = Text(schema->Id());
     if (reports.lines.empty() && name != id + Text(kSchemaExtension))
         findings.Add({"schema.name", path, "", "the part holds the schema " + id});
 }
 
+// What the reader of schemas leaves out without a word.
+void SchemaCheck::CheckProperties(PackageParts& parts, const std::string& path,
+                                  const KRVTSchemaDefinition& schema,
+                                  const std::vector<std::string>& reports, Findings& findings) {
+    ToldProperties told;
+    XmlDriverState driver(told);
+    const nuo::archive::archive_ptr part = parts.Open(path);
+    ParseXml(driver, *part);
+    std::set<std::string> seen;
+    for (const std::string& id : told.ids) {
+        const std::string where = "property " + id;
+        const bool reported =
+            std::any_of(reports.begin(), reports.end(),
+                        [&](const std::string& report) { return PlaceOf(report) == where; });
+        if (!seen.insert(id).second)
+            findings.Add({"schema.property", path, where,
+                          "the property stands a second time, and is passed over"});
+        else if (!reported && schema.FindByNameOrAlias(Ref(id)) == nullptr)
+            findings.Add({"schema.property", path, where,
+                          "the property is left out: its default is not one it may have"});
+    }
+}
+
+// A schema whose base is broken itself says nothing new.
 void SchemaCheck::FindPending(Findings& findings) {
-    for (const auto& [path, schema] : loaded_)
-        if (schemas_->IsPending(schema->Id()))
+    for (const auto& [path, schema] : loaded_) {
+        if (!schemas_->IsPending(schema->Id())) continue;
+        const nuo::string base = schema->BaseId();
+        if (!broken_.contains(base) && !schemas_->IsPending(base))
             findings.Add({"schema.base", path, "",
-                          "the base " + Text(schema->BaseId()) +
-                              " of the schema is not in the "
-                              "library"});
+                          "the base " + Text(base) + " of the schema is not in the library"});
+        broken_.insert(schema->Id());
+    }
 }
 
 const SchemaShape* SchemaCheck::Find(nuo::string_ref id, const RecordForm& form) {

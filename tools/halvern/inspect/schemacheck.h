@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,8 @@ public:
     // that reports were made of.
     void Load(PackageParts& parts, Findings& findings);
 
+    // Is it known that the schema stands in the library and cannot be used?
+    bool IsBroken(nuo::string_ref id) const { return broken_.find(id) != broken_.end(); }
     // Null for a schema that the library does not hold.
     const SchemaShape* Find(nuo::string_ref id, const korvanet::platform::assets::RecordForm& form);
     std::vector<const korvanet::platform::assets::KRVTSchemaDefinition*> All() const;
@@ -51,6 +54,9 @@ public:
 
 private:
     void LoadPart(PackageParts& parts, const std::string& name, Findings& findings);
+    void CheckProperties(PackageParts& parts, const std::string& path,
+                         const korvanet::platform::assets::KRVTSchemaDefinition& schema,
+                         const std::vector<std::string>& reports, Findings& findings);
     void FindPending(Findings& findings);
 
     nuo::plain_heap heap_;
@@ -60,6 +66,7 @@ private:
     std::unique_ptr<korvanet::platform::assets::SchemaManager> schemas_;
     // Schemas by the part that they came from.
     std::map<std::string, const korvanet::platform::assets::KRVTSchemaDefinition*> loaded_;
+    std::set<nuo::string, nuo::string_less> broken_;
     std::map<nuo::string, SchemaShape, nuo::string_less> shapes_;
 };
 

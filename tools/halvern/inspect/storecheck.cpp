@@ -148,6 +148,7 @@ std::optional<Bytes> StoreCheck::TakeRecord(std::uint32_t first, const std::stri
 }
 
 void StoreCheck::SetAside(std::uint32_t first) {
+    if (first == kNoBlock) knows_all_ = false;
     records_.push_back("an entry that is passed over");
     BlockHeader block{};
     for (std::uint32_t id = first; id < owners_.size() && owners_[id] == kNobody; id = block.next) {
@@ -158,7 +159,7 @@ void StoreCheck::SetAside(std::uint32_t first) {
 }
 
 void StoreCheck::FindLostBlocks() {
-    if (!IsReadable() || findings_.Has(path_)) return;
+    if (!IsReadable() || !knows_all_ || findings_.Has(path_)) return;
     for (std::uint32_t id = 0; id < owners_.size();) {
         if (owners_[id] != kNobody) {
             ++id;

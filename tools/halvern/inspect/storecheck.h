@@ -27,7 +27,8 @@ public:
     // The bytes of the record that begins at a block; nothing, with a finding, when its chain is
     // damaged or meets a block of another record.
     std::optional<Bytes> TakeRecord(std::uint32_t first, const std::string& identifier);
-    // Takes the blocks of a record that readers pass over, so that they are not found lost.
+    // Takes the blocks of a record that readers pass over, so that they are not found lost. Without
+    // a number nobody knows them, and no block is found lost at all.
     void SetAside(std::uint32_t first);
     // Every byte of the file belongs to a record or to the free chain. Says nothing when something
     // else was found in the store, since blocks behind a damaged place look lost.
@@ -51,6 +52,7 @@ private:
     // By block: nobody, the free chain, or two more than an index in `records_`.
     std::vector<std::uint32_t> owners_;
     std::vector<std::string> records_;
+    bool knows_all_ = true;
 };
 
 }  // namespace halvern::inspect

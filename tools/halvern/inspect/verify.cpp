@@ -40,7 +40,7 @@ public:
     LibraryWalk(PackageParts& parts, Findings& findings) : parts_(parts), findings_(findings) {}
 
     void Run() {
-        CheckManifests(parts_, findings_);
+        if (!parts_.IsEmpty()) CheckManifests(parts_, findings_);
         if (parts_.Identifier().empty()) {
             findings_.AddClosing({"package.identifier", "", "",
                                   "the package holds no folder, which would be the library"});

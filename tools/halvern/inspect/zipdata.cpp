@@ -67,7 +67,7 @@ private:
         std::vector<const ZipEntry*> order;
         for (const ZipEntry& entry : listing_.entries)
             order.push_back(&entry);
-        std::sort(order.begin(), order.end(), [](const ZipEntry* a, const ZipEntry* b) {
+        std::stable_sort(order.begin(), order.end(), [](const ZipEntry* a, const ZipEntry* b) {
             return a->header_offset < b->header_offset;
         });
         std::uint64_t taken = 0;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace halvern_tests {
+
+// What one run of the built command gave.
+struct Ran {
+    int status;  // the exit status, or minus the signal that ended it
+    std::string out;
+    std::string err;
+
+    nlohmann::json Json() const { return nlohmann::json::parse(out); }
+};
+
+// A run that was started and not waited for.
+class Running {
+public:
+    // `folder` is where the run is and where its scratch files go.
+    Running(const std::vector<std::string>& arguments, const std::string& folder);
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running();
+
+    void Signal(int number) const;
+    // Closes the end that the run writes its output to.
+    void CloseOutput();
+    Ran Wait();
+
+private:
+    int process_ = -1;
+    int out_ = -1;
+    int err_ = -1;
+};
+
+Ran RunHalvern(const std::vector<std::string>& arguments, const std::string& folder = "/tmp");
+
+}  // namespace halvern_tests

@@ -1,0 +1,308 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "command/running.h"
+#include "support/samplefile.h"
+#include "support/temporaryfolder.h"
+#include "tests/support/paths.h"
+
+namespace halvern_tests {
+namespace {
+
+using nlohmann::json;
+using Names = std::set<std::string>;
+
+// A copy of a sample in a folder of its own, where the command runs too, so that whatever it leaves
+// behind is seen.
+class Writing : public testing::Test {
+protected:
+    Writing() { Take("starter.jpk"); }
+
+    void Take(const std::string& sample) {
+        WriteFile(File(), ReadFile(DataFile(sample)));
+        before_ = ReadFile(File());
+    }
+    std::string File() const { return folder_.Path("a.jpk"); }
+    Ran Run(std::vector<std::string> arguments) const {
+        return RunHalvern(arguments, folder_.Path());
+    }
+    json Show(const std::string& identifier) const {
+        return Run({"show", "a.jpk", identifier, "--json"}).Json()["properties"];
+    }
+    // Runs what must fail: with this status and this line, and with nothing changed.
+    void ExpectRefused(const std::vector<std::string>& arguments, int status,
+                       const std::string& words) {
+        const Names names = folder_.Names();
+        const Ran ran = Run(arguments);
+        EXPECT_EQ(ran.status, status);
+        EXPECT_EQ(ran.out, "");
+        EXPECT_EQ(ran.err, "halvern: a.jpk: " + words + "\n");
+        EXPECT_TRUE(ReadFile(File()) == before_);
+        EXPECT_EQ(folder_.Names(), names);
+    }
+
+    TemporaryFolder folder_;
+    std::string before_;
+};
+
+TEST_F(Writing, APresetIsStoredWithItsValues) {
+    const Ran ran = Run({"preset", "a.jpk", "Generic-001", "NEW", "--set", "UIName=Hello", "--set",
+                         "generic_glossiness=0.25", "--set", "generic_bump_amount=2.5 in", "--set",
+                         "generic_diffuse=0.1,0.2,0.3", "--set", "generic_is_metal=false", "--set",
+                         "keyword=one,two\\, three"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.out, "NEW\n");
+    const json shown = Show("NEW");
+    EXPECT_EQ(shown["UIName"]["value"], "Hello");
+    EXPECT_EQ(shown["generic_glossiness"]["value"], 0.25);
+    EXPECT_EQ(shown["generic_bump_amount"]["value"], 2.5);
+    EXPECT_EQ(shown["generic_bump_amount"]["units"], 8214);
+    EXPECT_EQ(shown["generic_diffuse"]["value"], (json{0.1, 0.2, 0.3, 1.0}));
+    EXPECT_EQ(shown["generic_is_metal"]["value"], false);
+    EXPECT_EQ(shown["keyword"]["value"], (json{"one", "two, three"}));
+    EXPECT_EQ(Run({"verify", "a.jpk"}).out, "");
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, APresetLeavesTheOthersAsTheyWere) {
+    const json answers = json::parse(ReadFile(DataFile("starter.json")));
+    ASSERT_EQ(Run({"preset", "a.jpk", "Generic-002", "NEW", "--quiet"}).out, "");
+    for (const auto& [identifier, answer] : answers["show"].items())
+        EXPECT_EQ(Run({"show", "a.jpk", identifier, "--json"}).Json(), answer) << identifier;
+}
+
+TEST_F(Writing, AHiddenPresetIsLeftOutOfListings) {
+    ASSERT_EQ(Run({"preset", "a.jpk", "Generic-002", "NEW", "--hidden", "--json"}).Json(),
+              (json{{"identifier", "NEW"}}));
+    EXPECT_EQ(Run({"list", "a.jpk"}).out.find("NEW"), std::string::npos);
+    EXPECT_NE(Run({"list", "a.jpk", "--all"}).out.find("NEW"), std::string::npos);
+}
+
+TEST_F(Writing, APresetIsConnected) {
+    ASSERT_EQ(
+        Run({"preset", "a.jpk", "Generic-001", "NEW", "--connect", "generic_bump_map=Bitmap-003"})
+            .status,
+        0);
+    EXPECT_EQ(Show("NEW")["generic_bump_map"]["connected"].size(), 1U);
+    ASSERT_EQ(
+        Run({"preset", "a.jpk", "Generic-001", "BARE", "--connect", "generic_bump_map="}).status,
+        0);
+    EXPECT_EQ(Show("BARE")["generic_bump_map"]["connected"], json::array());
+    EXPECT_EQ(Run({"verify", "a.jpk"}).out, "");
+}
+
+TEST_F(Writing, EveryKindOfValueIsTaken) {
+    Take("every-kind.jpk");
+    WriteFile(folder_.Path("blob"), std::string("\0\1\2", 3));
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    const Ran ran = Run({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@blob", "--set",
+                         "k_vector=1,-2.5,3e2", "--set", "k_ints=4,-5", "--set",
+                         "k_doubles=0.5,1e-3", "--set", "k_colors=1,0,0|0,1,0,0.5", "--set",
+                         "k_textures=a.png,b.png", "--set", "k_when=2026-03-14T12:00:00"});
+    ASSERT_EQ(ran.status, 0) << ran.err;
+    const json shown = Show("NEW");
+    EXPECT_EQ(shown["k_blob"]["value"], "AAEC");
+    EXPECT_EQ(shown["k_vector"]["value"], (json{1, -2.5, 300}));
+    EXPECT_EQ(shown["k_ints"]["value"], (json{4, -5}));
+    EXPECT_EQ(shown["k_doubles"]["value"], (json{0.5, 0.001}));
+    EXPECT_EQ(shown["k_colors"]["value"], (json{{1, 0, 0, 1}, {0, 1, 0, 0.5}}));
+    EXPECT_EQ(shown["k_textures"]["value"].size(), 2U);
+    EXPECT_EQ(shown["k_when"]["value"], "2026-03-14T12:00:00");
+    ASSERT_EQ(Run({"preset", "a.jpk", source, "EMPTY", "--set", "k_blob=", "--set",
+                   "k_ints=", "--set", "k_when="})
+                  .status,
+              0);
+    EXPECT_EQ(Show("EMPTY")["k_blob"]["value"], "");
+    EXPECT_EQ(Show("EMPTY")["k_ints"]["value"], json::array());
+    EXPECT_EQ(Show("EMPTY")["k_when"]["value"], "");
+}
+
+TEST_F(Writing, ARefusedPresetChangesNothing) {
+    const auto preset = [](std::vector<std::string> more) {
+        std::vector<std::string> all{"preset", "a.jpk", "Generic-001", "NEW"};
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    };
+    ExpectRefused({"preset", "a.jpk", "Ghost", "NEW"}, 1, "there is no definition Ghost");
+    ExpectRefused({"preset", "a.jpk", "Generic-001", "Generic-002"}, 1,
+                  "there is a definition Generic-002 already");
+    ExpectRefused(preset({"--set", "ghost=1"}), 1, "there is no property ghost");
+    ExpectRefused(preset({"--set", "generic_glossiness=7"}), 1,
+                  "the property generic_glossiness does not take \"7\": Value out of range");
+    ExpectRefused(preset({"--set", "generic_glossiness=much"}), 1,
+                  "the property generic_glossiness does not take \"much\": it is not one of its "
+                  "values");
+    ExpectRefused(preset({"--set", "generic_bump_amount=2 parsec"}), 1,
+                  "the property generic_bump_amount does not take \"2 parsec\": it is not one of "
+                  "its values");
+    ExpectRefused(preset({"--set", "generic_bump_map=x"}), 1,
+                  "the property generic_bump_map takes connections and no value");
+    ExpectRefused(preset({"--set", "SchemaVersion=9"}), 1,
+                  "the property SchemaVersion is read-only");
+    ExpectRefused(preset({"--connect", "generic_bump_map=Ghost"}), 1,
+                  "there is no definition Ghost");
+    ExpectRefused(preset({"--connect", "UIName=Bitmap-001"}), 1,
+                  "the property UIName takes no connections");
+}
+
+TEST_F(Writing, ALibraryThatMayNotBeWrittenStaysByteForByte) {
+    Take("starter-read-only.jpk");
+    ExpectRefused({"preset", "a.jpk", "Generic-001", "NEW"}, 3,
+                  "the library is marked as read-only, in core.xml, element read only");
+    Take("instances-v4.jpk");
+    ExpectRefused({"preset", "a.jpk", "Generic-001", "NEW"}, 3,
+                  "InstanceProperties is of version 4.0: the library can be read and not be saved, "
+                  "in B4EACF4B-2DC3-4005-D40A-408F5AE85905/AssetData/StreamVersionTable.inf, key "
+                  "InstanceProperties");
+    Take("starter.jpk");
+    ASSERT_EQ(::chmod(File().c_str(), 0444), 0);
+    ExpectRefused({"preset", "a.jpk", "Generic-001", "NEW"}, 3,
+                  "Cannot open a read-only asset library for writing.");
+}
+
+TEST_F(Writing, ARemovedDefinitionIsGone) {
+    const Ran ran = Run({"remove", "a.jpk", "Generic-008"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(Run({"list", "a.jpk", "--all"}).out.find("Generic-008"), std::string::npos);
+    EXPECT_EQ(Run({"verify", "a.jpk"}).out, "");
+    before_ = ReadFile(File());
+    ExpectRefused({"remove", "a.jpk", "Generic-008"}, 1, "there is no definition Generic-008");
+}
+
+TEST_F(Writing, ADefinitionIsAddedFromASchema) {
+    const Ran ran =
+        Run({"add", "a.jpk", "GenericSchema", "Plaster", "--name", "Fine plaster", "--set",
+             "generic_glossiness=0.125", "--connect", "generic_bump_map=Bitmap-001"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.out, "Plaster\n");
+    const json shown = Run({"show", "a.jpk", "Plaster", "--json"}).Json();
+    EXPECT_EQ(shown["schema"], "GenericSchema");
+    EXPECT_EQ(shown["properties"]["UIName"]["value"], "Fine plaster");
+    EXPECT_EQ(shown["properties"]["generic_glossiness"]["value"], 0.125);
+    EXPECT_EQ(shown["properties"]["generic_bump_map"]["connected"].size(), 1U);
+    EXPECT_EQ(Run({"verify", "a.jpk"}).out, "");
+    before_ = ReadFile(File());
+    ExpectRefused({"add", "a.jpk", "GhostSchema", "X"}, 1, "there is no schema GhostSchema");
+    ExpectRefused({"add", "a.jpk", "GenericSchema", "Plaster"}, 1,
+                  "there is a definition Plaster already");
+}
+
+TEST_F(Writing, AnAgedOrForeignLibraryStaysSound) {
+    for (const char* sample :
+         {"aged", "foreign", "toc-3-0", "definitions-3-1", "no-version-table"}) {
+        Take(std::string(sample) + ".jpk");
+        const json answers = json::parse(ReadFile(DataFile(std::string(sample) + ".json")))["show"];
+        const std::string source = answers.begin().key();
+        ASSERT_EQ(Run({"preset", "a.jpk", source, "NEW"}).status, 0) << sample;
+        EXPECT_EQ(Run({"verify", "a.jpk"}).out, "") << sample;
+        ASSERT_EQ(Run({"remove", "a.jpk", "NEW"}).status, 0) << sample;
+        EXPECT_EQ(Run({"verify", "a.jpk"}).out, "") << sample;
+        EXPECT_EQ(Run({"show", "a.jpk", source, "--json"}).Json(), answers[source]) << sample;
+    }
+}
+
+TEST_F(Writing, TheFileKeepsItsModeAndALinkStaysALink) {
+    ASSERT_EQ(::chmod(File().c_str(), 0640), 0);
+    ASSERT_EQ(::symlink("a.jpk", folder_.Path("link.jpk").c_str()), 0);
+    ASSERT_EQ(Run({"remove", "link.jpk", "Generic-008"}).status, 0);
+    struct stat state {};
+    ASSERT_EQ(::lstat(File().c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode, S_IFREG | 0640U);
+    ASSERT_EQ(::lstat(folder_.Path("link.jpk").c_str(), &state), 0);
+    EXPECT_TRUE(S_ISLNK(state.st_mode));
+    EXPECT_FALSE(ReadFile(File()) == before_);
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "link.jpk"}));
+}
+
+TEST_F(Writing, ALockedLibraryIsRefusedAtOnce) {
+    const int lock = ::open((File() + ".lck").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0666);
+    ASSERT_GE(lock, 0);
+    ASSERT_EQ(::flock(lock, LOCK_EX | LOCK_NB), 0);
+    ExpectRefused({"remove", "a.jpk", "Generic-008"}, 3,
+                  "the library is locked by another process, in " + File() + ".lck");
+    EXPECT_EQ(Run({"list", "a.jpk"}).status, 0);
+    ::close(lock);
+    EXPECT_EQ(Run({"remove", "a.jpk", "Generic-008"}).status, 0);
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, ALockThatNobodyHoldsIsTaken) {
+    WriteFile(File() + ".lck", "");
+    EXPECT_EQ(Run({"remove", "a.jpk", "Generic-008"}).status, 0);
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+// The run is held where it reads a value from a pipe that nobody writes.
+TEST_F(Writing, ASignalEndsTheVerbWithNothingLeft) {
+    Take("every-kind.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    for (const int signal : {SIGINT, SIGTERM}) {
+        ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
+        Running running({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@pipe"},
+                        folder_.Path());
+        // Returns when the run has opened the other end.
+        const int pipe = ::open(folder_.Path("pipe").c_str(), O_WRONLY | O_CLOEXEC);
+        ASSERT_GE(pipe, 0);
+        EXPECT_GT(folder_.Names().size(), 3U);
+        running.Signal(signal);
+        EXPECT_EQ(running.Wait().status, 128 + signal);
+        ::close(pipe);
+        ::unlink(folder_.Path("pipe").c_str());
+        EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+        EXPECT_TRUE(ReadFile(File()) == before_);
+    }
+}
+
+TEST_F(Writing, ALibraryIsCreatedWithTheSchemasOfAFolder) {
+    const std::string schemas = SourceFolder() + "/content/schemas";
+    const Ran ran = Run({"create", "new.jpk", "--id", "walls", "--schemas", schemas});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.out, "walls\n");
+    EXPECT_EQ(Run({"verify", "new.jpk"}).out, "");
+    ASSERT_EQ(
+        Run({"add", "new.jpk", "CeramicSchema", "tile", "--set", "ceramic_type=porcelain"}).status,
+        0);
+    EXPECT_EQ(
+        Run({"show", "new.jpk", "tile", "--json"}).Json()["properties"]["ceramic_type"]["value"],
+        1);
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "new.jpk"}));
+}
+
+TEST_F(Writing, ALibraryIsCreatedWithAFreshIdentifier) {
+    const Ran ran = Run({"create", "new.jpk", "--json"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(ran.Json()["identifier"].get<std::string>().size(), 36U);
+    EXPECT_EQ(Run({"list", "new.jpk", "--all", "--json"}).out, "[]\n");
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedOverAFile) {
+    ExpectRefused({"create", "a.jpk"}, 1, "a file of this name exists already");
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedFromSchemasThatDoNotLoad) {
+    ASSERT_EQ(::mkdir(folder_.Path("schemas").c_str(), 0755), 0);
+    WriteFile(folder_.Path("schemas/Odd.xml"), "<AssetSchema>\n<UID");
+    const Ran ran = Run({"create", "new.jpk", "--schemas", "schemas"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: new.jpk: the schema " + folder_.Path("schemas/Odd.xml") +
+                           " cannot be loaded: unclosed token, line 2\n");
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedWithAnIdentifierThatCannotBe) {
+    const Ran ran = Run({"create", "new.jpk", "--id", "a/b"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.err, "halvern: new.jpk: the library cannot be created with the identifier a/b\n");
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+}  // namespace
+}  // namespace halvern_tests
