@@ -43,8 +43,8 @@ TEST(List, OfATypeShowsOnlyThatAssetTypeOrSchema) {
 
 TEST(List, WithAllMarksHiddenDefinitions) {
     const std::string out = RunHalvern({"list", kStarter, "--all", "--locale", "ENG"}).out;
-    EXPECT_NE(out.find("Generic-006  materialappearance  GenericSchema        Material 6  "
-                       "(hidden)\n"),
+    EXPECT_NE(out.find("Generic-006  materialappearance  GenericSchema        "
+                       "Material 6          (hidden)\n"),
               std::string::npos)
         << out;
 }

@@ -8,7 +8,12 @@ namespace {
 
 using halvern_tests::DataFile;
 
-constexpr const char* kOdd = "AB85E779-94ED-7117-08AD-DEEFD3E824C1/";
+// A part of the odd samples, which share an identifier.
+std::string OddPart(const char* below) {
+    std::string part("AB85E779-94ED-7117-08AD-DEEFD3E824C1/");
+    part.append(below);
+    return part;
+}
 
 class SoundSample : public testing::TestWithParam<const char*> {};
 
@@ -27,27 +32,26 @@ INSTANTIATE_TEST_SUITE_P(Inspect, SoundSample,
 
 TEST(OddSample, WithAnEntryWithoutABlockIsFoundThere) {
     EXPECT_EQ(Verify(DataFile("odd-toc-none-block.jpk")),
-              (Expected{{"contents.block", std::string(kOdd) + "AssetData/AssetTableOfContents.bin",
+              (Expected{{"contents.block", OddPart("AssetData/AssetTableOfContents.bin"),
                          "entry 13 (Ghost), offset 720",
                          "an entry without a block of its instance properties is passed over"}}));
 }
 
 TEST(OddSample, WithAnIdentifierTwiceIsFoundThere) {
     EXPECT_EQ(Verify(DataFile("odd-toc-twice.jpk")),
-              (Expected{{"contents.twice", std::string(kOdd) + "AssetData/AssetTableOfContents.bin",
+              (Expected{{"contents.twice", OddPart("AssetData/AssetTableOfContents.bin"),
                          "entry 13 (Bitmap-001), offset 720",
                          "the identifier stands a second time, and the entry is passed over"}}));
 }
 
 TEST(OddSample, WithALastFreeBlockPastTheEndIsFoundThere) {
-    EXPECT_EQ(
-        Verify(DataFile("odd-last-free-past-end.jpk")),
-        (Expected{{"store.free", std::string(kOdd) + "AssetData/DefinitionIteratorProperties.bin",
-                   "offset 8", "the last free block 16777215 lies past the end"}}));
+    EXPECT_EQ(Verify(DataFile("odd-last-free-past-end.jpk")),
+              (Expected{{"store.free", OddPart("AssetData/DefinitionIteratorProperties.bin"),
+                         "offset 8", "the last free block 16777215 lies past the end"}}));
 }
 
 TEST(OddSample, WithNoiseInASchemaIsFoundPropertyByProperty) {
-    const std::string part = std::string(kOdd) + "Schemas/GenericSchema.xml";
+    const std::string part = OddPart("Schemas/GenericSchema.xml");
     EXPECT_EQ(Verify(DataFile("odd-schema-noise.jpk")),
               (Expected{{"schema.report", part, "", "very is unknown attribute."},
                         {"schema.report", part, "property n2",
@@ -70,7 +74,7 @@ TEST(OddSample, WithWrongChecksumsIsFoundEntryByEntry) {
         EXPECT_EQ(finding.rule, "zip.crc");
         EXPECT_EQ(finding.what, "the checksum of the data is not that of its header");
     }
-    EXPECT_EQ(findings.front().part, std::string(kOdd) + "AssetData/AssetTableOfContents.bin");
+    EXPECT_EQ(findings.front().part, OddPart("AssetData/AssetTableOfContents.bin"));
     EXPECT_EQ(findings.front().where, "offset 4685");
 }
 
