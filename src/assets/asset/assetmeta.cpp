@@ -67,8 +67,10 @@ std::int32_t Integer(const PropertyTableImp& table, std::size_t group, nuo::stri
 }
 
 bool Boolean(const PropertyTableImp& table, std::size_t group, nuo::string_ref name) {
-    const auto* value = ValueOf<IBooleanValue>(table, group, name);
-    return value != nullptr && value->GetValue(0);
+    // Asked for each definition of a listing: its type tells what it is, without a cross-cast.
+    const PropertyBase* property = table.FindInGroup(group, name);
+    return property != nullptr && property->GetType() == PropertyType::kBoolean &&
+           static_cast<const IBooleanValue*>(property->GetValue())->GetValue(0);
 }
 
 nuo::string Localized(const ModuleContext& context, const nuo::string& key,

@@ -156,7 +156,7 @@ void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
     // the way.
     TentativeMark mark(listing ? record.definitionLoaded : record.instanceLoaded);
     PropertyTableImp& table = *record.table;
-    const auto& schema = *AsSchemaDefinition(table.Base());
+    const auto& schema = static_cast<const KRVTSchemaDefinition&>(*table.Base());
     table.TakeGroup(group, schema);
     const nuo::buffer<nuo::byte> bytes =
         ReadChain((listing ? definition_store_ : instance_store_).get(),

@@ -157,9 +157,7 @@ OwnedProperty CopyProperty(const PropertyBase& source, PropertyDescriptor& descr
 void CopyValue(const PropertyBase& source, PropertyBase& target) {
     const velmor::Type type = target.Descriptor().dataType;
     type.methods().assign(source.DataObject(), target.DataObject());
-    if (const auto* texture = dynamic_cast<const TextureURIValue*>(&target)) {
-        texture->ResetResolutionState();
-    }
+    ForgetResolutions(target);
 }
 
 PropertyBase& ConstructCopy(const PropertyBase& source, void* memory) {

@@ -32,9 +32,7 @@ void ReadBody(nuo::archive::reader& reader, PropertyBase& property) {
     const ModuleContext& context = *property.Descriptor().context;
     const velmor::Object data = property.DataObject();
     data.type().methods().deserialize(reader, data, context.heap, context.runtime->extHeap());
-    if (const auto* texture = dynamic_cast<const TextureURIValue*>(&property)) {
-        texture->ResetResolutionState();
-    }
+    ForgetResolutions(property);
 }
 
 void WriteConnections(nuo::archive::writer& writer, const PropertyBase& property) {

@@ -149,4 +149,12 @@ bool TextureURIValue::SetBaseUri(const wchar_t* uri) {
     return true;
 }
 
+void ForgetResolutions(const PropertyBase& property) {
+    const PropertyDescriptor& descriptor = property.Descriptor();
+    // Every property that is read from a file comes by here: types are compared, not cast.
+    if (descriptor.type == descriptor.context->types.Value(ValueClass::kTextureURIValue)) {
+        static_cast<const TextureURIValue&>(property).ResetResolutionState();
+    }
+}
+
 }  // namespace korvanet::platform::assets

@@ -56,6 +56,10 @@ private:
     mutable ResolutionState resolution_state_ = ResolutionState::kUnknown;
 };
 
+// To be called when code has changed the data behind a property: a texture's URI then forgets what
+// its list is.
+void ForgetResolutions(const PropertyBase& property);
+
 static_assert(sizeof(UriValue) == kValueObjectSize);
 static_assert(sizeof(UriList) == kValueObjectSize);
 // The one class with a word of its own.

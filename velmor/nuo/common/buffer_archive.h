@@ -15,6 +15,7 @@ public:
 
     byte* read(byte_range range) override;
     bool readable() override;
+    sequence* place() override { return this; }
     view_ptr view_rd(offset_range range) override;
     bool viewable() override;
     std::uint64_t offset() override;
@@ -55,6 +56,7 @@ public:
 
     byte* read(byte_range range) override;
     bool readable() override;
+    sequence* place() override { return this; }
     view_ptr view_rd(offset_range range) override;
     const byte* write(const_byte_range range) override;
     std::uint64_t truncate(std::uint64_t size) override;

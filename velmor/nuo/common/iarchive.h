@@ -67,6 +67,8 @@ public:
 
 using view_ptr = std::unique_ptr<view_imp>;
 
+class sequence;
+
 class reader {
 public:
     /// Copies bytes from the current position and returns the address behind the last one filled,
@@ -77,6 +79,9 @@ public:
     /// A mapped view of these offsets, or null where viewing isn't offered.
     virtual view_ptr view_rd(offset_range range) = 0;
     virtual bool viewable() = 0;
+    /// This reader's place among the data, or null when it cannot tell one. Asked once for each
+    /// text and each row that is read; archives in memory answer without a cross-cast.
+    virtual sequence* place();
     virtual ~reader();
 };
 

@@ -56,6 +56,7 @@ public:
         return this->at_position([&] { return this->in_->view_rd(range); });
     }
     bool viewable() override { return this->in_->viewable(); }
+    sequence* place() override { return this; }
 };
 
 template <class Base>

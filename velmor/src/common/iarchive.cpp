@@ -7,6 +7,9 @@ ideletor::~ideletor() = default;
 namespace archive {
 
 view_imp::~view_imp() = default;
+sequence* reader::place() {
+    return dynamic_cast<sequence*>(this);
+}
 reader::~reader() = default;
 writer::~writer() = default;
 sequence::~sequence() = default;

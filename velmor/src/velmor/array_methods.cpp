@@ -17,7 +17,7 @@ const Array& arrayOf(ConstObject object) {
 
 /// Raises unless `count` elements may follow: each of them is taken for one byte at least.
 void checkCount(nuo::archive::reader& reader, Type type, std::uint64_t count) {
-    if (auto* const sized = dynamic_cast<nuo::archive::sequence*>(&reader)) {
+    if (auto* const sized = reader.place()) {
         const std::uint64_t size = sized->size();
         const std::uint64_t offset = sized->offset();
         const std::uint64_t left = offset < size ? size - offset : 0;

@@ -11,7 +11,7 @@ constexpr std::uint64_t blind_step = 64 * 1024;
 /// Raises when the archive knows its size and `length` bytes are not left. False when it does not
 /// know.
 bool check_length(reader& in, std::uint64_t length) {
-    auto* known = dynamic_cast<sequence*>(&in);
+    auto* known = in.place();
     if (known == nullptr) return false;
     const std::uint64_t size = known->size();
     const std::uint64_t offset = known->offset();
