@@ -67,7 +67,7 @@ void PrintRun(const Run& run) {
     if (Take(counters, "bound", value)) bound = Formatted("%.1f", value);
     std::string notes;
     for (const auto& [name, counter] : counters)
-        notes.append(notes.empty() ? "" : ", ").append(name).append(Formatted(" %.4g", counter));
+        notes.append(notes.empty() ? "" : ", ").append(name).append(Formatted(" %.6g", counter));
     PrintRow(ShortName(run), Duration(ours), other, ratio, bound, notes);
 }
 
