@@ -15,13 +15,6 @@ const velmor::Array* ListOf(const PropertyBase& property) {
     return list != nullptr && IsText(list->type()) ? list : nullptr;
 }
 
-/** A texture remembers what its list is; it must look again once the list is another. */
-void ForgetResolutions(const PropertyBase& property) {
-    if (const auto* texture = dynamic_cast<const TextureURIValue*>(&property)) {
-        texture->ResetResolutionState();
-    }
-}
-
 }  // namespace
 
 std::uint64_t TextCount(const PropertyBase& property) {
