@@ -91,6 +91,30 @@ TEST_F(Reopening, ForWritingWhatIsOpenForWritingKeepsWhatIsNotSaved) {
     EXPECT_TRUE(Has(*library, "Kept"));
 }
 
+TEST_F(Reopening, ALibraryThatWasNeverSavedTurnsBothWaysAndIsThenSaved) {
+    assets::IAssetLibrary* const source = Open(CopySample("starter.jpk"));
+    assets::IAssetDefinition* const definition = DefinitionOf(*source, "Generic-001");
+    for (const bool copy : {false, true}) {
+        const std::string path = Path(copy ? "b.jpk" : "a.jpk");
+        const core::UTF8String text(path.c_str());
+        const core::UTF8String identifier(copy ? "B" : "A");
+        assets::IAssetLibrary* library = copy ? Manager().CreateLibraryCopy(text, identifier, 0)
+                                              : Manager().CreateLibrary(text, identifier, 0);
+        ASSERT_TRUE(library->CopyDefinition(definition, nullptr));
+        ASSERT_NE(library = Reading(library), nullptr);
+        EXPECT_TRUE(Has(*library, "Generic-001"));
+        EXPECT_FALSE(Manager().SaveLibrary(library));
+        ASSERT_NE(library = Writing(library), nullptr);
+        EXPECT_TRUE(Manager().SaveLibrary(library));
+        EXPECT_TRUE(Unload(library));
+        ASSERT_NE(library = Open(path), nullptr);
+        assets::IAssetDefinition* const stored = DefinitionOf(*library, "Generic-001");
+        ASSERT_NE(stored, nullptr);
+        stored->Release();
+    }
+    definition->Release();
+}
+
 TEST_F(Reopening, AReadOnlyFileIsRefused) {
     const std::string path = CopySample("starter.jpk");
     assets::IAssetLibrary* library = Open(path);

@@ -235,8 +235,12 @@ bool GeneralLibrary::HasBlocks() const {
 
 std::unique_ptr<DataStore> GeneralLibrary::OpenStore(nuo::string_ref path, bool for_writing) {
     const bool exists = package_.state(path).state != fs::state_not_found;
-    // Blocks without a store are damage, not a beginning.
-    if (!exists && (!for_writing || HasBlocks())) NUO_RAISE(JpkFsErr);
+    // Blocks without a store are damage; without any, the library was never saved.
+    if (!exists && HasBlocks()) NUO_RAISE(JpkFsErr);
+    if (!exists && !for_writing) {
+        nuo::archive::mem_read_write_archive nothing;
+        return std::make_unique<DataStore>(nothing);
+    }
     if (for_writing) {
         auto archive = package_.create(path, fs::mode_all, fs::open_or_create);
         if (!archive) NUO_RAISE(JpkFsErr);
