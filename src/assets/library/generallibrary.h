@@ -204,6 +204,7 @@ private:
     void LoadSchemaPart(nuo::string_ref name);
     void ReadContents();
     void ReadOptions();
+    void MakeFolders();
     void MakeFolder(nuo::string_ref path);
     bool HasBlocks() const;
     std::unique_ptr<DataStore> OpenStore(nuo::string_ref path, bool for_writing);

@@ -93,8 +93,6 @@ void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
     }
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
                     nuo::any(option_value{"uuid", identifier_}));
-    MakeFolder(Path(kAssetDataFolder));
-    MakeFolder(Path(kSchemasFolder));
     ReopenStores(true);
 }
 
@@ -211,6 +209,11 @@ void GeneralLibrary::ReadOptions() {
     resources_->SetLegacyLayout(layout_ != Layout::kCurrent);
 }
 
+void GeneralLibrary::MakeFolders() {
+    MakeFolder(Path(kAssetDataFolder));
+    MakeFolder(Path(kSchemasFolder));
+}
+
 void GeneralLibrary::MakeFolder(nuo::string_ref path) {
     if (fs::recursiveCreateDir(package_, path) != fs::er_ok) NUO_RAISE(JpkFsErr);
 }
@@ -241,6 +244,7 @@ std::unique_ptr<DataStore> GeneralLibrary::OpenStore(nuo::string_ref path, bool 
         nuo::archive::mem_read_write_archive nothing;
         return std::make_unique<DataStore>(nothing);
     }
+    if (!exists) MakeFolders();
     if (for_writing) {
         auto archive = package_.create(path, fs::mode_all, fs::open_or_create);
         if (!archive) NUO_RAISE(JpkFsErr);
