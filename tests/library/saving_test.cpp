@@ -121,6 +121,22 @@ TEST(Saving, AChangedRecordGetsNewBlocksAndItsOldChainServesTheNextRecordOfTheSa
     EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 2U);
 }
 
+TEST(Saving, APartThatBecomesShorterKeepsNothingOfWhatStoodThere) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AddPaint(*library, "A");
+    AddPaint(*library, "B").AddReference();
+    library->SavedBytes();
+    AssetDefinition& removed = library->Definition("B");
+    ASSERT_TRUE((*library)->RemovePreset(removed));
+    removed.Release();
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    EXPECT_EQ(library->Part("LIB/AssetData/AssetTableOfContents.bin").size(), 50U);
+    library.reset();
+    TestLibrary again(host, bytes, false);
+    EXPECT_EQ(again->RecordNames(), std::vector<nuo::string>{"A"});
+}
+
 TEST(Saving, ARemovedPresetsBlocksAreUsedByTheNextSave) {
     TestHost host;
     auto library = MakePaintLibrary(host);
