@@ -106,7 +106,7 @@ std::string MakeText(std::mt19937& random) {
         if (random() % 2 == 0) {
             text += "property" + std::to_string(random() % 500) + " = ";
         } else {
-            for (int i = 0; i < 6; ++i)
+            for (int i = 0; i < 9; ++i)
                 text += static_cast<char>('a' + random() % 26);
             text += '\n';
         }
