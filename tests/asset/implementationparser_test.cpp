@@ -58,6 +58,10 @@ TEST_F(ImplementationBindingTest, OnlyTheShaderBindingsCount) {
                       "<bindings target='shader'><desc val='2' tag='b'/></bindings></root>"),
               "2|b");
     EXPECT_EQ(locator.asked, "generic.xml");
+    EXPECT_EQ(Binding("<root><bindings target='shader'><desc val='2' tag='b'/></bindings>"
+                      "<bindings target='other'><desc val='3' tag='c'/></bindings></root>"),
+              "2|b");
+    EXPECT_EQ(Binding("<root><bindings target='other'><desc val='1'/></bindings></root>"), "none");
 }
 
 TEST_F(ImplementationBindingTest, WithoutShaderBindingsThereIsNone) {
