@@ -26,11 +26,13 @@ void ChangeOneAndSave(benchmark::State& state) {
         state, 0,
         [&] {
             return Time([&] {
-                const DefinitionPtr definition = FindDefinition(*library, name);
+                DefinitionPtr definition = FindDefinition(*library, name);
                 const InstancePtr instance(definition->CreateInstance());
                 instance->SetUIName(UTF8String(("Changed " + std::to_string(++round)).c_str()));
-                if (!library->RemovePreset(definition.get()) ||
-                    !library->CreatePresetFromInstance(instance.get(), name, false))
+                if (!library->RemovePreset(definition.get()))
+                    throw std::runtime_error("the preset is not removed");
+                definition.release();  // the library took the reference
+                if (!library->CreatePresetFromInstance(instance.get(), name, false))
                     throw std::runtime_error("the preset is not stored");
                 library.Save();
             });

@@ -208,7 +208,6 @@ TEST_P(Editing, APresetIsUpdatedRemovedAndItsRoomReused) {
     EXPECT_EQ(definition->GetVersion(), 2);
     EXPECT_EQ(definition->GetRevision(), 11);
     ASSERT_TRUE(library->RemovePreset(definition));
-    definition->Release();
     ASSERT_TRUE(SaveAndClose(library));
     ASSERT_NE(library = OpenToRead(path), nullptr);
     EXPECT_EQ(NamesOf(*library).size(), 12u);

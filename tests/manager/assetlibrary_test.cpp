@@ -247,6 +247,7 @@ TEST_F(TheLibrary, ARemovedPresetLivesAsLongAsItIsHeld) {
     assets::IAssetLibrary& library = Starter();
     assets::IAssetDefinition* const definition = DefinitionOf(library, "Generic-001");
     assets::IAssetDefinition::IIterator* const walk = library.GetDefinitions();
+    definition->AddReference();
     EXPECT_TRUE(library.RemovePreset(definition));
     EXPECT_FALSE(Has(library, "Generic-001"));
     EXPECT_EQ(definition->GetReferenceCount(), 1u);

@@ -112,7 +112,6 @@ TEST_F(Sharing, PresetsComeAndGo) {
     assets::IAssetDefinition* const more = DefinitionOf(Library(), "More");
     EXPECT_TRUE(AddName("brick", "More"));
     EXPECT_TRUE(Library().RemovePreset(more));
-    more->Release();
     EXPECT_THAT(ByName("TEX_1"), ElementsAre("Bitmap-001"));
     EXPECT_THAT(ByName("brick"), IsEmpty());
 }

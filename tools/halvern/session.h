@@ -66,6 +66,8 @@ public:
 
     T* operator->() const { return object_; }
     T* Get() const { return object_; }
+    // Gives the object up: its reference is somebody else's by now.
+    void Forget() { object_ = nullptr; }
     explicit operator bool() const { return object_ != nullptr; }
 
 private:

@@ -20,12 +20,13 @@ int Remove(const Options& options, const Common& common) {
     Session session;
     WritableLibrary library(session, path);
     {
-        const HeldDefinition definition = FindDefinition(*library.Get(), options.identifier, path);
+        HeldDefinition definition = FindDefinition(*library.Get(), options.identifier, path);
         session.Reports().Forget();
         if (!library->RemovePreset(definition.Get()))
             throw Failure(kNo,
                           session.Reports().LastOr("the library does not give the definition " +
                                                    options.identifier + " up"));
+        definition.Forget();
     }
     library.SaveInPlace();
     return kDone;

@@ -96,7 +96,10 @@ bool AssetLibrary::RemovePreset(IAssetDefinition* definition) {
         return false;
     }
     const intrusive_ptr<AssetDefinition> own(dynamic_cast<AssetDefinition*>(definition));
-    return own.get() != nullptr && Guarded(false, [&] { return Document().RemovePreset(*own); });
+    if (!own || !Guarded(false, [&] { return Document().RemovePreset(*own); })) return false;
+    // The reference that the caller came with. One that nobody counts has none beside ours.
+    if (own->ReferenceCount() > 1) own->Release();
+    return true;
 }
 
 bool AssetLibrary::CopyDefinition(IAssetDefinition* definition, const IString* identifier) {

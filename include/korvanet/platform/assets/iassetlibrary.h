@@ -50,8 +50,10 @@ public:
     /// Under the identifier of the source, with a new revision.
     virtual bool CreatePreset(IAssetDefinition* definition, std::uint32_t revision) = 0;
 
-    /// Removes a definition of this library. References that the host still holds stay valid.
-    /// Refused with "Cannot remove preset from a read-only AssetLibrary.".
+    /// Removes a definition of this library and, on success, gives back one reference of the
+    /// caller: the definition goes with its last reference, so add one before to go on with it.
+    /// Refused with "Cannot remove preset from a read-only AssetLibrary.", and for a definition of
+    /// another library with "The Preset doesn't belong to this library.".
     virtual bool RemovePreset(IAssetDefinition* definition) = 0;
 
     /// These do nothing and give null or false; they keep their places in the order of the
