@@ -137,6 +137,19 @@ TEST_F(Creating, AnIdentifierThatCannotNameAFolderLeavesNothing) {
     EXPECT_NE(Create(Path("a.jpk"), "a.b c"), nullptr);
 }
 
+TEST_F(Creating, TheIdentifierOfAnOpenLibraryIsRefusedAndLeavesNothing) {
+    assets::IAssetLibrary* const library = Create(Path("a.jpk"), "ONE");
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(Create(Path("b.jpk"), "ONE"), nullptr);
+    EXPECT_EQ(CreateCopy(Path("b.jpk"), "ONE"), nullptr);
+    EXPECT_THAT(Reports(), IsEmpty());
+    EXPECT_THAT(NamesIn(Folder()), ElementsAre("a.jpk", "tmp"));
+    EXPECT_EQ(Manager().GetLibraryCount(), 1u);
+    EXPECT_EQ(Manager().FindLibrary(core::UTF8String("ONE")), library);
+    EXPECT_TRUE(Unload(library));
+    EXPECT_NE(Create(Path("b.jpk"), "ONE"), nullptr);
+}
+
 TEST_F(Creating, NoSearchPathAndNoMessagesAreAttached) {
     ASSERT_EQ(::mkdir(Path("a.qmm").c_str(), 0777), 0);
     ASSERT_NE(Create(Path("a.jpk"), "A"), nullptr);

@@ -32,6 +32,8 @@ IAssetLibrary* AssetLibraryManager::Create(nuo::string_ref path, nuo::string_ref
         const nuo::string normalized = NormalizePath(path);
         if (RefusesCreation(normalized)) return nullptr;
         const nuo::string name = identifier.empty() ? MakeIdentifier() : nuo::string(identifier);
+        // As in opening: two libraries of one identifier could not be told apart.
+        if (libraries_.FindByIdentifier(name) != nullptr) return nullptr;
         AssetLibrary& library = libraries_.Add(std::make_unique<AssetLibrary>(
             *this, slib_, AssetLibrary::Creating{normalized, mode, name, options}));
         library.AddUse();

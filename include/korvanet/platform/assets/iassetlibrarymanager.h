@@ -49,7 +49,8 @@ public:
     /// older layout, 0 is the ordinary one. Null with one of the reports "The given URI is
     /// relative, only absolute paths are accepted", "A library with this path already exists", "A
     /// file with this path already exists", "Folder/directory does not already exist",
-    /// "Folder/directory is read-only".
+    /// "Folder/directory is read-only"; without one for an identifier that an open library has or
+    /// that cannot name a folder.
     virtual IAssetLibrary* CreateLibrary(const IString& path, const IString& identifier,
                                          unsigned options) = 0;
     virtual IAssetLibrary* CreateLibrary(const IString& path, unsigned options) = 0;
