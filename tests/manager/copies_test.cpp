@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include "tests/support/managertest.h"
@@ -211,6 +213,23 @@ TEST_F(Copies, RefreshingIsForCopiesAlone) {
     ASSERT_TRUE(AddPreset(*library, "Kept"));
     EXPECT_FALSE(library->TakeWriteAccessOnCopy());
     EXPECT_TRUE(Has(*library, "Kept"));
+}
+
+TEST_F(Copies, RefreshingLooksAgainWhetherTheFileMayBeWritten) {
+    for (const bool on_copy : {true, false}) {
+        const std::string path = CopySample("starter.jpk");
+        assets::IAssetLibrary* const library = on_copy ? OpenCopy(path) : Open(path);
+        ASSERT_NE(library, nullptr);
+        EXPECT_FALSE(library->IsReadOnly());
+        ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+        EXPECT_FALSE(library->IsReadOnly());
+        EXPECT_EQ(library->TakeWriteAccessOnCopy(), on_copy);
+        EXPECT_TRUE(library->IsReadOnly());
+        ASSERT_EQ(::chmod(path.c_str(), 0644), 0);
+        EXPECT_EQ(library->TakeWriteAccessOnCopy(), on_copy);
+        EXPECT_FALSE(library->IsReadOnly());
+        EXPECT_TRUE(Unload(library));
+    }
 }
 
 TEST_F(Copies, RefreshingFromAFileThatIsGoneBrokenOrAnotherChangesNothing) {

@@ -1,7 +1,10 @@
 #include <korvanet/platform/assets/ipropertytable.h>
 #include <korvanet/platform/assets/ischemabatchloader.h>
+#include <korvanet/platform/core/registry.h>
 
+#include "assets/manager/assetlibrarymanager.h"
 #include "tests/support/managertest.h"
+#include "velmor/runtime.h"
 
 namespace halvern_tests {
 namespace {
@@ -10,6 +13,28 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class ManagerLife : public ManagerTest {};
+
+// Each manager connects to the registry once, when it is made.
+class ManagerCounter final : public core::IRegistry {
+public:
+    ManagerCounter() { core::SetRegistry(this); }
+    ~ManagerCounter() override { core::SetRegistry(nullptr); }
+
+    int Made() const { return made_; }
+    void Forget() { made_ = 0; }
+
+    bool OpenHive() override {
+        ++made_;
+        return false;
+    }
+    Key OpenKey(const wchar_t*) override { return 0; }
+    bool ReadString(Key, const wchar_t*, core::IString&) override { return false; }
+    void CloseKey(Key) override {}
+    void CloseHive() override {}
+
+private:
+    int made_ = 0;
+};
 
 TEST_F(ManagerLife, TheManagerIsTheSameForEveryCall) {
     EXPECT_EQ(&Manager(), assets::GetIAssetLibraryManager());
@@ -79,29 +104,76 @@ TEST_F(ManagerLife, TheSystemIdentifiersArePlainTexts) {
                  L"AD121259-C03E-4A1D-92D8-59A22B4807AD");
 }
 
-// Each factory is called where no manager stands yet; the manager made by it takes the place that
-// the first client then finds.
-TEST_F(ManagerLife, EveryFactoryMakesTheManager) {
+TEST_F(ManagerLife, EveryExportMakesTheManagerWhenThereIsNone) {
+    ManagerCounter managers;
+    const auto expect_made_by = [&](const char* who) {
+        EXPECT_EQ(managers.Made(), 1) << who;
+        Manager();
+        EXPECT_EQ(managers.Made(), 1) << who;
+        EndManager();
+        managers.Forget();
+    };
+    assets::GetIAssetLibraryManager();
+    expect_made_by("GetIAssetLibraryManager");
+
     assets::IBounds* const bounds =
         assets::IBounds::Create(true, 0, true, true, 1, true, 0.5, false);
     ASSERT_NE(bounds, nullptr);
     EXPECT_EQ(bounds->GetMaximum(), 1);
     delete bounds;
-    EndManager();
+    expect_made_by("IBounds");
+
     assets::IChoice* const choice =
         assets::IChoice::Create(core::UTF8String("Red"), 3, core::UTF8String("red"));
     ASSERT_NE(choice, nullptr);
     EXPECT_EQ(choice->GetValue(), 3);
+    expect_made_by("IChoice");
+
     assets::IChoiceList* const list = assets::IChoiceList::Create();
     ASSERT_NE(list, nullptr);
     EXPECT_TRUE(list->AddChoice(choice));
     EXPECT_EQ(list->GetCount(), 1u);
     delete list;
+    expect_made_by("IChoiceList");
+
     assets::ISchemaBatchLoader* const loader = assets::ISchemaBatchLoader::Create();
     ASSERT_NE(loader, nullptr);
     EXPECT_TRUE(loader->Commit());
     loader->Release();
+    expect_made_by("ISchemaBatchLoader");
+}
+
+TEST_F(ManagerLife, AManagerThatIsNotTheOneOfTheProcessCountsNobody) {
     Manager();
+    {
+        assets::AssetLibraryManager other;
+        EXPECT_TRUE(other.AddReference());
+        EXPECT_TRUE(other.RemoveReference());
+        EXPECT_TRUE(other.RemoveReference());
+        EXPECT_EQ(assets::GetIAssetLibraryManager(), &Manager());
+    }
+    // The one client is still counted, and once.
+    EndManager();
+}
+
+TEST_F(ManagerLife, TheNamespacesStandFromTheStartAndEachLibraryHasItsOwn) {
+    Manager();
+    assets::AssetLibraryManager& manager = assets::AssetLibraryManager::Instance();
+    const velmor::Namespace root = manager.Context().runtime->root();
+    EXPECT_EQ(manager.UserNamespace(), root.findChild("usr"));
+    const velmor::Namespace slib = root.findChild("slib");
+    ASSERT_TRUE(slib.valid());
+    EXPECT_TRUE(slib.findChild("tmpSchema").valid());
+    const auto is_group = [&](const char* name) {
+        const velmor::Namespace group = slib.findChild(name);
+        return group.valid() && group.findChild("schema").valid() &&
+               group.findChild("asset").valid() && group.findChild("tmpAsset").valid();
+    };
+    EXPECT_TRUE(is_group("global"));
+    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
+    EXPECT_TRUE(is_group(kStarterIdentifier));
+    EXPECT_TRUE(Unload(library));
+    EXPECT_FALSE(slib.findChild(kStarterIdentifier).valid());
 }
 
 TEST_F(ManagerLife, MessagesAreReachedThroughAHandleOnTheStore) {

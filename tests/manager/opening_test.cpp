@@ -82,6 +82,12 @@ TEST_F(Opening, AReadOnlyFileIsNotOpenedForWriting) {
     EXPECT_EQ(OpenForWriting(path), nullptr);
     EXPECT_THAT(Reports(),
                 ElementsAre("error: Cannot open a read-only asset library for writing."));
+    // The file is looked at before its path.
+    ASSERT_EQ(::chdir(Folder().c_str()), 0);
+    EXPECT_EQ(OpenForWriting("starter.jpk"), nullptr);
+    EXPECT_THAT(Reports(),
+                ElementsAre("error: Cannot open a read-only asset library for writing."));
+    ASSERT_EQ(::chdir("/"), 0);
     EXPECT_EQ(OpenCopyForWriting(path), nullptr);
     EXPECT_THAT(Reports(), IsEmpty());
     EXPECT_FALSE(Exists(path + ".lck"));

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "tests/support/foreignlibrary.h"
 #include "tests/support/managertest.h"
 
 namespace halvern_tests {
@@ -20,15 +21,19 @@ protected:
     }
 };
 
-// A host's own object that is no library of ours would need all operations; null is the plainest
-// one that is none.
 TEST_F(Reopening, WhatIsNoLibraryGivesNullAndIsLeftAlone) {
-    assets::IAssetLibrary* none = nullptr;
     EXPECT_EQ(Manager().ReopenForWriting(nullptr), nullptr);
     EXPECT_EQ(Manager().ReopenForReading(nullptr), nullptr);
-    EXPECT_EQ(Manager().ReopenForWriting(&none), nullptr);
-    EXPECT_EQ(Manager().ReopenForReading(&none), nullptr);
-    EXPECT_EQ(none, nullptr);
+    ForeignLibrary foreign;
+    for (assets::IAssetLibrary* const given : {static_cast<assets::IAssetLibrary*>(nullptr),
+                                               static_cast<assets::IAssetLibrary*>(&foreign)}) {
+        assets::IAssetLibrary* same = given;
+        EXPECT_EQ(Manager().ReopenForWriting(&same), nullptr);
+        EXPECT_EQ(Manager().ReopenForReading(&same), nullptr);
+        EXPECT_EQ(same, given);
+    }
+    EXPECT_FALSE(Manager().SaveLibrary(&foreign));
+    EXPECT_FALSE(Unload(&foreign));
     EXPECT_THAT(Reports(), IsEmpty());
 }
 
