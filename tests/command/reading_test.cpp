@@ -64,6 +64,12 @@ TEST(List, OfAFileThatIsNotThereFails) {
     EXPECT_EQ(ran.err, "halvern: nowhere.jpk: there is no such file\n");
 }
 
+TEST(List, OfAFolderFails) {
+    const Ran ran = RunHalvern({"list", "/tmp"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: /tmp: the file cannot be read\n");
+}
+
 TEST(Show, PrintsOnePropertyToALine) {
     const std::string out = RunHalvern({"show", kStarter, "Generic-001"}).out;
     EXPECT_EQ(out.substr(0, out.find('\n')), "Generic-001  GenericSchema");
@@ -137,6 +143,22 @@ TEST(Output, ThatNobodyReadsEndsQuietly) {
     EXPECT_EQ(ran.status, 3);
     EXPECT_EQ(ran.err, "");
     EXPECT_EQ(folder.Names(), std::set<std::string>());
+}
+
+TEST(Output, OfProgressGoesToATerminalAlone) {
+    const TemporaryFolder folder;
+    const std::vector<std::string> list{"list", DataFile("large.jpk"), "--json"};
+    Running shown(list, folder.Path(), {.terminal = true});
+    const Ran on_terminal = shown.Wait();
+    EXPECT_EQ(on_terminal.status, 0);
+    EXPECT_EQ(on_terminal.err.find("\r64 definitions\r128 definitions"), 0U);
+    EXPECT_TRUE(on_terminal.err.ends_with("\r\033[K"));
+    std::vector<std::string> quiet = list;
+    quiet.push_back("--quiet");
+    Running silent(quiet, folder.Path(), {.terminal = true});
+    const Ran quietly = silent.Wait();
+    EXPECT_EQ(quietly.err, "");
+    EXPECT_TRUE(quietly.out == on_terminal.out);
 }
 
 TEST(CommandLine, ThatIsWrongIsTwoAndOneLine) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,12 +33,22 @@ void ReadBoth(int out, int err, Ran& ran) {
     }
 }
 
+// The two ends of a terminal, in the order of those of a pipe.
+bool OpenTerminal(int (&ends)[2]) {
+    ends[0] = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (ends[0] < 0 || ::grantpt(ends[0]) != 0 || ::unlockpt(ends[0]) != 0) return false;
+    ends[1] = ::open(::ptsname(ends[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    return ends[1] >= 0;
+}
+
 }  // namespace
 
-Running::Running(const std::vector<std::string>& arguments, const std::string& folder) {
+Running::Running(const std::vector<std::string>& arguments, const std::string& folder,
+                 Limits limits) {
     int out[2];
     int err[2];
-    if (::pipe2(out, O_CLOEXEC) != 0 || ::pipe2(err, O_CLOEXEC) != 0)
+    if (::pipe2(out, O_CLOEXEC) != 0 ||
+        !(limits.terminal ? OpenTerminal(err) : ::pipe2(err, O_CLOEXEC) == 0))
         throw std::runtime_error("no pipe");
     const std::string program = BuildFolder() + "/bin/halvern";
     process_ = ::fork();
@@ -45,6 +56,10 @@ Running::Running(const std::vector<std::string>& arguments, const std::string& f
         ::dup2(out[1], STDOUT_FILENO);
         ::dup2(err[1], STDERR_FILENO);
         ::setenv("TMPDIR", folder.c_str(), 1);
+        if (limits.file_size != 0) {
+            const rlimit limit{limits.file_size, limits.file_size};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+        }
         std::vector<char*> texts{const_cast<char*>(program.c_str())};
         for (const std::string& argument : arguments)
             texts.push_back(const_cast<char*>(argument.c_str()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,17 @@ struct Ran {
 // A run that was started and not waited for.
 class Running {
 public:
+    struct Limits {
+        // The longest file that the run may write; 0 for any.
+        std::uint64_t file_size = 0;
+        // Standard error is a terminal.
+        bool terminal = false;
+    };
+
     // `folder` is where the run is and where its scratch files go.
-    Running(const std::vector<std::string>& arguments, const std::string& folder);
+    Running(const std::vector<std::string>& arguments, const std::string& folder)
+        : Running(arguments, folder, Limits()) {}
+    Running(const std::vector<std::string>& arguments, const std::string& folder, Limits limits);
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
     ~Running();

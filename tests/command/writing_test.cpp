@@ -208,13 +208,16 @@ TEST_F(Writing, AnAgedOrForeignLibraryStaysSound) {
     }
 }
 
-TEST_F(Writing, TheFileKeepsItsModeAndALinkStaysALink) {
+TEST_F(Writing, TheFileKeepsModeAndOwnerAndALinkStaysALink) {
+    ASSERT_EQ(::chown(File().c_str(), 1234, 4321), 0);
     ASSERT_EQ(::chmod(File().c_str(), 0640), 0);
     ASSERT_EQ(::symlink("a.jpk", folder_.Path("link.jpk").c_str()), 0);
     ASSERT_EQ(Run({"remove", "link.jpk", "Generic-008"}).status, 0);
     struct stat state {};
     ASSERT_EQ(::lstat(File().c_str(), &state), 0);
     EXPECT_EQ(state.st_mode, S_IFREG | 0640U);
+    EXPECT_EQ(state.st_uid, 1234U);
+    EXPECT_EQ(state.st_gid, 4321U);
     ASSERT_EQ(::lstat(folder_.Path("link.jpk").c_str(), &state), 0);
     EXPECT_TRUE(S_ISLNK(state.st_mode));
     EXPECT_FALSE(ReadFile(File()) == before_);
@@ -237,6 +240,40 @@ TEST_F(Writing, ALockThatNobodyHoldsIsTaken) {
     WriteFile(File() + ".lck", "");
     EXPECT_EQ(Run({"remove", "a.jpk", "Generic-008"}).status, 0);
     EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, AFullDiskChangesNothing) {
+    const std::vector<std::string> preset{"preset", "a.jpk", "Generic-001", "NEW"};
+    Running copying(preset, folder_.Path(), {.file_size = before_.size() / 2});
+    const Ran copied = copying.Wait();
+    EXPECT_EQ(copied.status, 3);
+    EXPECT_EQ(copied.err, "halvern: a.jpk: the file cannot be copied: File too large\n");
+    Running saving(preset, folder_.Path(), {.file_size = before_.size() + 16});
+    const Ran saved = saving.Wait();
+    EXPECT_EQ(saved.status, 3);
+    EXPECT_EQ(saved.err, "halvern: a.jpk: the library cannot be written\n");
+    EXPECT_TRUE(ReadFile(File()) == before_);
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, FilesOfTheFolderBesideTheLibraryAreFound) {
+    ASSERT_EQ(::mkdir(folder_.Path("a.qmm").c_str(), 0755), 0);
+    WriteFile(folder_.Path("a.qmm/oak.png"), "picture");
+    ASSERT_EQ(Run({"preset", "a.jpk", "Bitmap-001", "NEW", "--set", "unifiedbitmap_Bitmap=oak.png"})
+                  .status,
+              0);
+    const json value = Show("NEW")["unifiedbitmap_Bitmap"]["value"];
+    EXPECT_NE(value.dump().find("jpk:?asset=/"), std::string::npos) << value;
+    EXPECT_NE(value.dump().find("oak.png"), std::string::npos) << value;
+    EXPECT_EQ(Run({"verify", "a.jpk"}).out, "");
+}
+
+TEST_F(Writing, ASystemLibraryIsOpenedBesideTheFile) {
+    ASSERT_EQ(
+        Run({"preset", "a.jpk", "Generic-001", "NEW", "--system", DataFile("aged.jpk")}).status, 0);
+    before_ = ReadFile(File());
+    ExpectRefused({"preset", "a.jpk", "Generic-001", "OTHER", "--system", "nowhere.jpk"}, 3,
+                  "the system library nowhere.jpk: there is no such file");
 }
 
 // The run is held where it reads a value from a pipe that nobody writes.

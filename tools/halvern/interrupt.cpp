@@ -88,6 +88,7 @@ void HandleInterrupts() {
     struct sigaction ignore {};
     ignore.sa_handler = SIG_IGN;
     ::sigaction(SIGPIPE, &ignore, nullptr);
+    ::sigaction(SIGXFSZ, &ignore, nullptr);
 }
 
 SignalPause::SignalPause() {

@@ -173,13 +173,13 @@ void WritableLibrary::AddSearchPath(const std::string& path) {
 }
 
 void WritableLibrary::SaveInPlace() {
-    SaveAndUnload(session_, library_, file_.Path());
+    SaveAndUnload(session_, library_, lock_.RealPath());
     file_.PutInPlace();
 }
 
-void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& path) {
+void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& original) {
     session.Reports().Forget();
-    std::string words;
+    std::string words = "the library cannot be written";
     bool saved = false;
     try {
         saved = session.Manager().SaveLibrary(library);
@@ -187,9 +187,8 @@ void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std:
         words = "the library holds content that cannot be written";
     }
     if (!saved) {
-        const std::string why = inspect::WhyNotSaved(path);
+        const std::string why = original.empty() ? "" : inspect::WhyNotSaved(original);
         if (!why.empty()) words = why;
-        if (words.empty()) words = "the library cannot be saved";
         throw Failure(kFile, session.Reports().LastOr(words));
     }
     if (!session.Manager().UnloadLibrary(library))

@@ -87,7 +87,8 @@ private:
     assets::IAssetLibrary* library_ = nullptr;
 };
 
-// Saves and unloads. Raises a Failure with what keeps the library from being saved.
-void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& path);
+// Saves and unloads. Raises a Failure with what keeps the library from being saved: `original` is
+// asked for it, since a copy that was written in part only tells of that. Empty for a new library.
+void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& original);
 
 }  // namespace halvern

@@ -46,7 +46,11 @@ Session::~Session() {
 
 void Session::OpenSystemLibrary(const std::string& path) {
     if (path.empty()) return;
-    system_ = OpenToRead(*this, AbsolutePath(path));
+    try {
+        system_ = OpenToRead(*this, AbsolutePath(path));
+    } catch (const Failure& failure) {
+        throw Failure(failure.Status(), "the system library " + path + ": " + failure.what());
+    }
 }
 
 OpenLibrary::~OpenLibrary() {

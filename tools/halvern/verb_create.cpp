@@ -82,7 +82,7 @@ int Create(const Options& options, const Common& common) {
         if (!options.schemas.empty()) AddSchemas(session, *library, options, common);
         library->GetIdentifier(identifier);
     }
-    SaveAndUnload(session, library, file.Path());
+    SaveAndUnload(session, library, "");
     file.PutInFreePlace();
     if (common.quiet && !common.json) return kDone;
     Output output;

@@ -148,6 +148,7 @@ std::string FirstOf(const std::vector<Finding>& findings) {
     return findings.empty() ? std::string() : Describe(findings.front());
 }
 
+// REQUIRES: nothing closes the file.
 bool IsMarkedReadOnly(const std::string& path) {
     nuo::archive::file_read_archive file(Ref(path));
     velmor::fs::InMemory cache("inspect");
