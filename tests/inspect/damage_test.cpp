@@ -103,6 +103,30 @@ TEST_F(Damage, OfAnExtensionWithoutAContentType) {
                 "no content type is told for " + Path(kVersions)});
 }
 
+TEST_F(Damage, OfAContentType) {
+    Replace("[Content_Types].xml", "\"image/png\"", "\"image/jpeg\"");
+    ExpectOnly({"package.types", "[Content_Types].xml", "extension png",
+                "the content type is told as image/jpeg in place of image/png"});
+}
+
+TEST_F(Damage, OfTheContentTypeOfALink) {
+    Replace(Path("Schemas/cnx.xml"), "application/xml", "text/xml");
+    ExpectOnly({"package.types", Path("Schemas/cnx.xml"), "link CommonSchema.xml",
+                "the content type is told as text/xml in place of application/xml"});
+}
+
+TEST_F(Damage, OfTheNameOfALink) {
+    Replace(Path("Schemas/cnx.xml"), "\"name\">CommonSchema.xml", "\"name\">Other.xml");
+    ExpectOnly({"package.name", Path("Schemas/cnx.xml"), "link CommonSchema.xml",
+                "the name is told as Other.xml in place of CommonSchema.xml"});
+}
+
+TEST_F(Damage, OfTheNameOfAFolder) {
+    Replace(Path("Schemas/core.xml"), ">Schemas<", ">Schema<");
+    ExpectOnly({"package.name", Path("Schemas/core.xml"), "element name",
+                "the name is told as Schema in place of Schemas"});
+}
+
 TEST_F(Damage, OfTheIdentifierInTheDescription) {
     Replace(Path("core.xml"), "\"identifier\">F38B", "\"identifier\">A38B");
     ExpectOnly({"package.identifier", Path("core.xml"), "element identifier",
@@ -170,6 +194,7 @@ TEST_F(Damage, OfASchemaUnderAnotherName) {
     sample_.Remove(Path("Schemas/UnifiedBitmapSchema.xml"));
     Replace(Path("Schemas/cnx.xml"), "link name=\"UnifiedBitmapSchema.xml\"",
             "link name=\"Other.xml\"");
+    Replace(Path("Schemas/cnx.xml"), ">UnifiedBitmapSchema.xml<", ">Other.xml<");
     ExpectOnly({"schema.name", Path("Schemas/Other.xml"), "",
                 "the part holds the schema UnifiedBitmapSchema"});
 }
@@ -192,8 +217,8 @@ TEST_F(Damage, OfAPropertyTwice) {
 
 TEST_F(Damage, OfATableOfContentsThatIsMissing) {
     sample_.Remove(Path(kToc));
-    Replace(Path("AssetData/cnx.xml"), "<link name=\"AssetTableOfContents.bin\"",
-            "<link name=\"InstanceProperties.bin\"");
+    Replace(Path("AssetData/cnx.xml"), "AssetTableOfContents.bin", "InstanceProperties.bin");
+    Replace(Path("AssetData/cnx.xml"), "AssetTableOfContents.bin", "InstanceProperties.bin");
     ExpectOnly({"contents.missing", Path(kToc), "", "the table of contents is missing"});
 }
 
@@ -402,8 +427,8 @@ TEST_F(Damage, OfABlockWithTooManyBytes) {
 
 TEST_F(Damage, OfAStoreThatIsMissing) {
     sample_.Remove(Path(kInstances));
-    Replace(Path("AssetData/cnx.xml"), "<link name=\"InstanceProperties.bin\"",
-            "<link name=\"StreamVersionTable.inf\"");
+    Replace(Path("AssetData/cnx.xml"), "InstanceProperties.bin", "StreamVersionTable.inf");
+    Replace(Path("AssetData/cnx.xml"), "InstanceProperties.bin", "StreamVersionTable.inf");
     ExpectOnly({"store.missing", Path(kInstances), "", "the block store is missing"});
 }
 
@@ -421,6 +446,16 @@ TEST_F(Damage, OfTheSchemaOfARecord) {
     store[at] = 'K';
     ExpectOnly({"record.schema", Path(kInstances), "record Generic-003",
                 "the schema KenericSchema is not in the library"});
+}
+
+TEST_F(Damage, OfTheBaseSchemaOfAListing) {
+    std::string& store = Part(kListings);
+    const std::size_t at = StoreBytes::OffsetOf(Row("Generic-003").definition_block);
+    const std::size_t schema = store.find("GenericSchema", at);
+    ASSERT_LT(schema, at + 136);
+    store[schema] = 'K';
+    ExpectOnly({"record.schema", Path(kListings), "record Generic-003, property BaseSchema",
+                "the schema is told as KenericSchema in place of GenericSchema"});
 }
 
 TEST_F(Damage, OfARecordThatEndsEarly) {

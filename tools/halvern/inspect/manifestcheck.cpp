@@ -29,10 +29,12 @@ public:
                const XmlAttributes& attributes, bool start) override {
         if (!start || !(name == "Default")) return;
         const auto extension = attributes.find("Extension");
-        if (extension != attributes.end()) extensions.insert(Text(extension->second));
+        const auto type = attributes.find("ContentType");
+        if (extension != attributes.end() && type != attributes.end())
+            types.emplace(Text(extension->second), Text(type->second));
     }
 
-    std::set<std::string> extensions;
+    std::map<std::string, std::string> types;
 };
 
 class AllText final : public IXmlCallBack {
@@ -98,10 +100,13 @@ private:
         PackageFolder links;
         XmlNodeData reader(links);
         if (!Parse(path, reader, true)) return;
-        for (const auto& [name, entry] : links)
-            if (!children.contains(Text(name)))
+        for (const auto& [name, entry] : links) {
+            if (children.contains(Text(name)))
+                CheckLink(path, Text(name), entry.properties);
+            else
                 findings_.Add({"package.links", path, "link " + Text(name),
                                "a link names a part that is not there"});
+        }
         for (const std::string& child : children)
             if (links.find(nuo::string_ref(child)) == links.end())
                 findings_.Add(
@@ -111,7 +116,9 @@ private:
     void CheckNode(const std::string& folder, const std::string& path) {
         PropertyMap node;
         XmlNodeData reader(node);
-        if (!Parse(path, reader, true) || folder != parts_.Identifier() || folder.empty()) return;
+        if (!Parse(path, reader, true) || folder.empty()) return;
+        CheckName(path, "element name", node, folder.substr(folder.rfind('/') + 1));
+        if (folder != parts_.Identifier()) return;
         const auto* identifier = node.FindByName(words::Identifier().name);
         if (identifier != nullptr && Text(identifier->second) != folder)
             findings_.Add({"package.identifier", path, "element identifier",
@@ -123,9 +130,35 @@ private:
         TypeRows rows;
         if (!Parse(kTypes, rows, false)) return;
         for (const auto& [extension, path] : extensions_)
-            if (!rows.extensions.contains(extension))
+            if (!rows.types.contains(extension))
                 findings_.Add({"package.types", kTypes, "extension " + extension,
                                "no content type is told for " + path});
+        for (const auto& [extension, type] : rows.types)
+            CheckType(kTypes, "extension " + extension, Ref(extension), type);
+    }
+
+    void CheckType(const std::string& part, const std::string& where, nuo::string_ref extension,
+                   const std::string& type) {
+        const std::string wanted = Text(ContentTypeOf(extension));
+        if (type != wanted)
+            findings_.Add({"package.types", part, where,
+                           "the content type is told as " + type + " in place of " + wanted});
+    }
+
+    // What a manifest says of a file or folder under its name.
+    void CheckName(const std::string& part, const std::string& where, const PropertyMap& told,
+                   const std::string& name) {
+        const auto* found = told.FindByName(words::Name().name);
+        if (found != nullptr && Text(found->second) != name)
+            findings_.Add({"package.name", part, where,
+                           "the name is told as " + Text(found->second) + " in place of " + name});
+    }
+
+    void CheckLink(const std::string& part, const std::string& name, const PropertyMap& told) {
+        const std::string where = "link " + name;
+        CheckName(part, where, told, name);
+        if (const auto* type = told.FindByName(words::Type().name))
+            CheckType(part, where, ExtensionOf(Ref(name)), Text(type->second));
     }
 
     void CheckMarker() {

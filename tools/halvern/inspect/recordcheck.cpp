@@ -83,22 +83,33 @@ void RecordCheck::CheckHeader(const std::string& store, const ContentsEntry& ent
 void RecordCheck::CheckListing(const std::string& store, const ContentsEntry& entry,
                                const SchemaShape& shape, const Bytes& record) {
     nuo::archive::buffer_in in(record);
-    ReadItems(store, entry, shape.listing, in, record.size());
+    if (!ReadItems(store, entry, shape.listing, in, record.size())) return;
+    for (const SchemaShape::Item& item : shape.listing) {
+        if (!(item.item.descriptor->name == "BaseSchema")) continue;
+        UTF8String told;
+        auto* const text = dynamic_cast<IStringValue*>(item.property->GetValue());
+        if (text != nullptr && text->GetValue(told) && !(shape.schema->Id() == told.AsUTF8()))
+            findings_.Add({"record.schema", store,
+                           WhereOf(Text(entry.entry.identifier), "BaseSchema"),
+                           std::string("the schema is told as ") + told.AsUTF8() + " in place of " +
+                               Text(shape.schema->Id())});
+    }
 }
 
-void RecordCheck::ReadItems(const std::string& store, const ContentsEntry& entry,
+bool RecordCheck::ReadItems(const std::string& store, const ContentsEntry& entry,
                             const std::vector<SchemaShape::Item>& items, nuo::archive::reader& in,
                             std::uint64_t size) {
     const std::string definition = Text(entry.entry.identifier);
     auto& position = dynamic_cast<nuo::archive::random&>(in);
     for (const SchemaShape::Item& item : items)
-        if (!ReadItem(item, in, {store, definition, item.item.descriptor->name})) return;
+        if (!ReadItem(item, in, {store, definition, item.item.descriptor->name})) return false;
     const std::uint64_t rest = size - position.offset();
-    if (rest == 0) return;
+    if (rest == 0) return true;
     // A record has a byte at least; that of a group without properties means nothing.
-    if (items.empty() && position.offset() == 0 && size == 1) return;
+    if (items.empty() && position.offset() == 0 && size == 1) return true;
     findings_.Add({"record.size", store, "record " + definition,
                    std::to_string(rest) + " bytes stand behind the last property"});
+    return true;
 }
 
 // False when nothing can be read behind it.

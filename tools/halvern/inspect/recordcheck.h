@@ -37,7 +37,8 @@ private:
 
     void CheckHeader(const std::string& store, const ContentsEntry& entry,
                      const korvanet::platform::assets::RecordHeader& header);
-    void ReadItems(const std::string& store, const ContentsEntry& entry,
+    // False when the record ends before the last property.
+    bool ReadItems(const std::string& store, const ContentsEntry& entry,
                    const std::vector<SchemaShape::Item>& items, nuo::archive::reader& in,
                    std::uint64_t size);
     bool ReadItem(const SchemaShape::Item& item, nuo::archive::reader& in, const Place& place);
