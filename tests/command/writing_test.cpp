@@ -281,7 +281,7 @@ TEST_F(Writing, ASignalEndsTheVerbWithNothingLeft) {
     Take("every-kind.jpk");
     const std::string source =
         json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
         ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
         Running running({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@pipe"},
                         folder_.Path());
@@ -332,6 +332,57 @@ TEST_F(Writing, ALibraryIsNotCreatedFromSchemasThatDoNotLoad) {
     EXPECT_EQ(ran.err, "halvern: new.jpk: the schema " + folder_.Path("schemas/Odd.xml") +
                            " cannot be loaded: unclosed token, line 2\n");
     EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedFromAFolderWithoutSchemas) {
+    ASSERT_EQ(::mkdir(folder_.Path("schemas").c_str(), 0755), 0);
+    const Ran ran = Run({"create", "new.jpk", "--schemas", "schemas"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: new.jpk: the folder " + folder_.Path("schemas") +
+                           " holds no schema file (*.xml)\n");
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedInAFolderThatIsNotThere) {
+    const Ran ran = Run({"create", "none/new.jpk"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: none/new.jpk: the lock file " + folder_.Path("none/new.jpk.lck") +
+                           " cannot be made: No such file or directory\n");
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+// A value that the library would write over, or that no reader could show, is not taken.
+TEST_F(Writing, AValueThatWouldBeLostIsRefused) {
+    const auto refused = [this](const std::string& set, const std::string& words) {
+        ExpectRefused({"preset", "a.jpk", "Generic-001", "NEW", "--set", set}, 1, words);
+    };
+    for (const char* name : {"AssetLibID", "BaseSchema", "Hidden"})
+        refused(std::string(name) + "=true",
+                std::string("the property ") + name + " is written by the library itself");
+    for (const char* number : {"nan", "inf", "-inf"})
+        refused(std::string("generic_bump_amount=") + number,
+                std::string("the property generic_bump_amount does not take \"") + number +
+                    "\": it is not one of its values");
+    refused("generic_is_metal=yes",
+            "the property generic_is_metal does not take \"yes\": it is not one of its values: "
+            "true, false");
+}
+
+TEST_F(Writing, AnUnknownChoiceIsAnsweredWithTheKnownOnes) {
+    const std::string schemas = SourceFolder() + "/content/schemas";
+    ASSERT_EQ(Run({"create", "new.jpk", "--schemas", schemas}).status, 0);
+    const Ran ran = Run({"add", "new.jpk", "CeramicSchema", "tile", "--set", "ceramic_type=glass"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.err,
+              "halvern: new.jpk: the property ceramic_type does not take \"glass\": it is not one "
+              "of its values: ceramic, porcelain\n");
+}
+
+TEST_F(Writing, AControlCharacterInANameBreaksNoLine) {
+    ASSERT_EQ(Run({"add", "a.jpk", "GenericSchema", "Odd", "--name", "two\nlines\x1B[2J"}).status,
+              0);
+    EXPECT_NE(Run({"list", "a.jpk"}).out.find("  two lines [2J\n"), std::string::npos);
+    EXPECT_NE(Run({"list", "a.jpk", "--json"}).out.find("two\\nlines"), std::string::npos);
 }
 
 TEST_F(Writing, ALibraryIsNotCreatedWithAnIdentifierThatCannotBe) {

@@ -1,5 +1,6 @@
 #include "edits.h"
 
+#include <string_view>
 #include <utility>
 
 #include <korvanet/platform/core/utf8string.h>
@@ -32,6 +33,13 @@ assets::IProperty& Find(assets::IAssetInstance& asset, const std::string& name) 
     return *property;
 }
 
+// A library writes these itself when it stores a definition; a value would be lost without a word.
+void RefuseOwn(const std::string& name) {
+    for (const std::string_view own : {"AssetLibID", "BaseSchema", "Hidden"})
+        if (name == own)
+            throw Failure(kNo, "the property " + name + " is written by the library itself");
+}
+
 void Connect(assets::IProperty& property, const std::string& name, const std::string& identifier,
              assets::IAssetLibrary& library, const std::string& file) {
     ReportLog reports;
@@ -49,12 +57,18 @@ void Connect(assets::IProperty& property, const std::string& name, const std::st
 }  // namespace
 
 void AddEdits(CLI::App& command, Edits& edits) {
-    command.add_option("--set", edits.sets, "NAME=VALUE: give a property a value; can be repeated")
+    command
+        .add_option(
+            "--set", edits.sets,
+            "NAME=VALUE: give a property a value, such as 0.5, \"2.5 mm\", true, the id of a "
+            "choice, 0.9,0.9,0.85 for a colour, one,two for a list, @FILE for bytes; can be "
+            "repeated")
         ->allow_extra_args(false)
         ->check(IsPair);
     command
         .add_option("--connect", edits.connections,
-                    "NAME=IDENTIFIER: connect a definition to a property; can be repeated")
+                    "NAME=IDENTIFIER: connect a definition to a property, or none when the "
+                    "identifier is empty; can be repeated")
         ->allow_extra_args(false)
         ->check(IsPair);
 }
@@ -63,7 +77,9 @@ void Apply(const Edits& edits, assets::IAssetInstance& asset, assets::IAssetLibr
            const std::string& file) {
     for (const std::string& set : edits.sets) {
         const auto [name, value] = Halves(set);
-        SetFromText(Find(asset, name), value);
+        assets::IProperty& property = Find(asset, name);
+        RefuseOwn(name);
+        SetFromText(property, value);
     }
     for (const std::string& connection : edits.connections) {
         const auto [name, identifier] = Halves(connection);

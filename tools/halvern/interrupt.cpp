@@ -72,6 +72,7 @@ void EndProcess(int signal) {
 sigset_t Interrupts() {
     sigset_t set;
     sigemptyset(&set);
+    sigaddset(&set, SIGHUP);
     sigaddset(&set, SIGINT);
     sigaddset(&set, SIGTERM);
     return set;
@@ -85,6 +86,10 @@ void HandleInterrupts() {
     end.sa_mask = Interrupts();
     ::sigaction(SIGINT, &end, nullptr);
     ::sigaction(SIGTERM, &end, nullptr);
+    // Who starts a run that shall outlive its terminal has it ignored already.
+    struct sigaction hangup {};
+    if (::sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN)
+        ::sigaction(SIGHUP, &end, nullptr);
     struct sigaction ignore {};
     ignore.sa_handler = SIG_IGN;
     ::sigaction(SIGPIPE, &ignore, nullptr);

@@ -5,16 +5,16 @@
 
 #include "failure.h"
 #include "interrupt.h"
+#include "output.h"
 #include "verbs.h"
 
 namespace halvern {
 namespace {
 
 // One line on standard error, whatever the text holds.
-void Complain(const std::string& subject, std::string what) {
-    for (char& c : what)
-        if (c == '\n' || c == '\r') c = ' ';
-    const std::string line = "halvern: " + (subject.empty() ? "" : subject + ": ") + what + "\n";
+void Complain(const std::string& subject, const std::string& what) {
+    const std::string line =
+        "halvern: " + Printable((subject.empty() ? "" : subject + ": ") + what) + "\n";
     if (::write(STDERR_FILENO, line.data(), line.size()) < 0) return;
 }
 
@@ -49,6 +49,14 @@ int RunVerb(const std::vector<Choice>& choices, const Common& common) {
     }
 }
 
+// The parser misses a verb where a misspelt one stands.
+std::string WordsForParsing(const CLI::App& app, const CLI::ParseError& error) {
+    const std::vector<std::string> left = app.remaining();
+    if (!app.get_subcommands().empty() || left.empty() || left.front().starts_with('-'))
+        return error.what();
+    return "there is no verb " + left.front();
+}
+
 int Main(int count, char** arguments) {
     HandleInterrupts();
     CLI::App app("Makes, reads, changes and checks asset libraries.", "halvern");
@@ -63,7 +71,7 @@ int Main(int count, char** arguments) {
     } catch (const CLI::CallForHelp& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        Complain(common.file, error.what());
+        Complain(common.file, WordsForParsing(app, error));
         return kUsage;
     }
     return RunVerb(choices, common);

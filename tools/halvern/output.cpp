@@ -20,6 +20,12 @@ std::string SystemWords(int error) {
     return std::strerror(error);
 }
 
+std::string Printable(std::string text) {
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    return text;
+}
+
 void Output::Write(std::string_view text) {
     pending_ += text;
     if (pending_.size() >= kPiece) Flush();

@@ -24,6 +24,10 @@ private:
     std::string pending_;
 };
 
+// The text with a blank in place of each control character, so that what a file holds neither
+// breaks a line nor steers a terminal.
+std::string Printable(std::string text);
+
 // How many calls are done, on the terminal behind standard error; silent elsewhere. The line goes
 // with the object.
 class Progress {

@@ -35,6 +35,12 @@ std::string TemplateFor(const std::string& original) {
     throw Failure(kFile, what + ": " + SystemWords(errno));
 }
 
+// Why nothing can be made at a path: the lock itself tells only that it failed.
+std::string WhyNoFile(const std::string& path) {
+    return ::access(FolderOf(path).c_str(), W_OK | X_OK) == 0 ? "it is refused"
+                                                              : SystemWords(errno);
+}
+
 // Locks are made beside files, not beside nothing.
 const std::string& ExistingFile(const std::string& path) {
     if (::access(path.c_str(), F_OK) != 0) throw Failure(kFile, "there is no such file");
@@ -99,7 +105,7 @@ std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
     if (!one->lock.Take(path))
         throw Failure(kFile, ::access(path.c_str(), F_OK) == 0
                                  ? "the library is locked by another process, in " + path
-                                 : "the lock file " + path + " cannot be made");
+                                 : "the lock file " + path + " cannot be made: " + WhyNoFile(path));
     one->file = Temporary(path);
     return one;
 }

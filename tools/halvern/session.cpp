@@ -75,6 +75,7 @@ assets::IAssetLibrary* OpenToRead(Session& session, const std::string& path) {
 }
 
 std::string AbsolutePath(const std::string& path) {
+    if (path.empty()) throw Failure(kUsage, "the name of a file is empty");
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     if (error) throw Failure(kFile, error.message());

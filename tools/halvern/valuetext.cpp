@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <fstream>
 #include <iterator>
+#include <type_traits>
 
 #include <korvanet/platform/core/utf8string.h>
 
@@ -48,7 +50,30 @@ bool ParseNumber(std::string_view text, Number& number) {
     text = Trimmed(text);
     if (text.starts_with('+')) text.remove_prefix(1);
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
+    if (error != std::errc() || end != text.data() + text.size()) return false;
+    // "nan" and "inf" are read as numbers, but no length or bound is meant by them.
+    return !std::is_floating_point_v<Number> || std::isfinite(number);
+}
+
+std::string ChoiceIds(IChoiceListValue& value) {
+    std::string ids;
+    const IChoiceList* const choices = value.GetChoices();
+    for (std::uint64_t at = 0; choices != nullptr && at < choices->GetCount(); ++at) {
+        UTF8String id;
+        choices->GetChoice(at)->GetId(id);
+        ids += (at == 0 ? "" : ", ") + std::string(id.AsUTF8());
+    }
+    return ids;
+}
+
+// What the property takes, where that can be told in a few words.
+std::string WordsForValues(IProperty& property) {
+    const std::string words = "it is not one of its values";
+    if (auto* choice = dynamic_cast<IChoiceListValue*>(property.GetValue()))
+        return words + ": " + ChoiceIds(*choice);
+    if (dynamic_cast<IBooleanValue*>(property.GetValue()) != nullptr)
+        return words + ": true, false";
+    return words;
 }
 
 // Sets one value, element by element. Each operation is false for a text that is no value, and when
@@ -99,8 +124,7 @@ private:
     static bool SetChoice(IChoiceListValue& value, std::uint64_t index, const std::string& text) {
         const IChoiceList* const choices = value.GetChoices();
         for (std::uint64_t at = 0; choices != nullptr && at < choices->GetCount(); ++at) {
-            // The list is the property's own; only the getter of its entries is not const.
-            IChoice* const choice = const_cast<IChoiceList*>(choices)->GetChoice(at);
+            IChoice* const choice = choices->GetChoice(at);
             UTF8String id;
             choice->GetId(id);
             if (id.AsUTF8() == text) return value.SetValue(choice->GetValue(), index);
@@ -195,8 +219,8 @@ void SetFromText(IProperty& property, const std::string& text) {
         throw Failure(kNo, of + " takes connections and no value");
     ReportLog reports;
     if (Setter(property, text).Set()) return;
-    throw Failure(kNo, of + " does not take \"" + text +
-                           "\": " + reports.LastOr("it is not one of its values"));
+    throw Failure(
+        kNo, of + " does not take \"" + text + "\": " + reports.LastOr(WordsForValues(property)));
 }
 
 }  // namespace halvern

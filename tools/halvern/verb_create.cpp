@@ -35,6 +35,8 @@ std::vector<std::filesystem::path> SchemaFiles(const std::string& folder) {
     for (const auto& entry : std::filesystem::directory_iterator(folder, error))
         if (entry.path().extension() == ".xml") files.push_back(entry.path());
     if (error) throw Failure(kFile, "the folder " + folder + " cannot be read: " + error.message());
+    if (files.empty())
+        throw Failure(kFile, "the folder " + folder + " holds no schema file (*.xml)");
     std::sort(files.begin(), files.end());
     return files;
 }

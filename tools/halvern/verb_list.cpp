@@ -96,7 +96,7 @@ void PrintTable(const json& rows, Output& output) {
     for (const json& row : rows) {
         std::string line;
         for (std::size_t at = 0; at < kColumns.size(); ++at) {
-            const auto text = row[kColumns[at]].get<std::string>();
+            const std::string text = Printable(row[kColumns[at]].get<std::string>());
             line += text + std::string(widths[at] - Width(text) + 2, ' ');
         }
         if (row["hidden"].get<bool>()) line += "(hidden)";

@@ -33,7 +33,8 @@ std::string BaseSchema(assets::IAssetLibrary& library, const std::string& identi
 }
 
 void PrintProperties(const json& asset, Output& output) {
-    output.Line(asset["identifier"].get<std::string>() + "  " + asset["schema"].get<std::string>());
+    output.Line(Printable(asset["identifier"].get<std::string>() + "  " +
+                          asset["schema"].get<std::string>()));
     for (const auto& [name, property] : asset["properties"].items()) {
         std::string line = "  " + name;
         if (!property["value"].is_null()) line += " = " + JsonText(property["value"]);

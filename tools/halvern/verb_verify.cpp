@@ -36,7 +36,7 @@ int Verify(const Common& common) {
         output.Line(JsonText(FindingsJson(findings)));
     else if (!common.quiet)
         for (const inspect::Finding& finding : findings)
-            output.Line(finding.rule + ": " + Describe(finding));
+            output.Line(Printable(finding.rule + ": " + Describe(finding)));
     output.Flush();
     return findings.empty() ? kDone : kNo;
 }

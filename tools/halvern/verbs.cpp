@@ -12,7 +12,8 @@ constexpr std::array kVerbs{
          "halvern add walls.jpk GenericSchema plaster --name Plaster --set "
          "generic_diffuse=0.9,0.9,0.85",
          DeclareAdd},
-    Verb{"list", "Lists the definitions.", "halvern list walls.jpk --locale DEU", DeclareList},
+    Verb{"list", "Lists the definitions: identifier, asset type, schema, name.",
+         "halvern list walls.jpk --locale DEU", DeclareList},
     Verb{"show", "Shows one definition with all its properties.",
          "halvern show walls.jpk plaster --json", DeclareShow},
     Verb{"preset", "Stores a changed copy of a definition as a new one.",
@@ -38,7 +39,9 @@ void AddJson(CLI::App& command, Common& common) {
 }
 
 void AddLocale(CLI::App& command, Common& common) {
-    command.add_option("--locale", common.locale, "show texts in this language, such as ENG");
+    command.add_option(
+        "--locale", common.locale,
+        "show texts in this language, such as ENG, from the message files beside FILE");
 }
 
 void AddSystem(CLI::App& command, Common& common) {

@@ -11,10 +11,9 @@ class IAssetObserver;
 class IAssetSchema;
 
 /// An asset as a host edits it: a table of properties with values of its own, made from a
-/// definition
-/// (`IAssetDefinition::CreateInstance`), a schema or another instance. Read-only properties are
-/// shared with the definition and must not be set through an instance. A library refuses to unload
-/// while instances of it are held.
+/// definition (`IAssetDefinition::CreateInstance`), a schema or another instance. Read-only
+/// properties are shared with the definition and must not be set through an instance. A library
+/// refuses to unload while instances of it are held.
 ///
 /// For every operation with an index: past the count it reports "Index is out of bound." and
 /// returns false. The getters of meta values answer as those of `IAssetDefinition` do. A setter

@@ -169,6 +169,10 @@ public:
 
 /// The manager of the process, made by the first call. It goes with its last reference
 /// (`RemoveReference`); nothing destroys it when the process ends.
+///
+/// Scratch files lie in the folder "halvernrun" below the folder that the environment variable
+/// "TMPDIR", or else "TMP", names. When neither is set that is the root of the file system, which
+/// few may write to: a host sets one before the first call.
 HALVERN_API IAssetLibraryManager* GetIAssetLibraryManager();
 
 }  // namespace korvanet::platform::assets
