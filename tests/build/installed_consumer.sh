@@ -17,7 +17,7 @@ public=$(cd "$source/include" && find . -name '*.h' | sort)
 
 case $way in
     cmake)
-        cmake -S "$work/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/moved" >"$work/log" 2>&1 &&
+        cmake -G Ninja -S "$work/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/moved" >"$work/log" 2>&1 &&
             cmake --build "$work/build" >>"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
         program=$work/build/first_steps
         ;;
