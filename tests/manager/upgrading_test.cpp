@@ -112,6 +112,20 @@ TEST_F(Upgrading, AFileThatMayNotBeWrittenStaysInTheOlderLayoutAndOpen) {
     EXPECT_EQ(Bytes(), bytes);
 }
 
+TEST_F(Upgrading, RefreshingACopyConvertsItToo) {
+    std::unique_ptr<AssetLibrary> library;
+    {
+        LockFile held;
+        ASSERT_TRUE(held.Take(nuo::string(path_, ".lck")));
+        library = Open(LibraryMode::kCopy, false);
+    }
+    EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
+    EXPECT_TRUE(library->TakeWriteAccessOnCopy());
+    EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kCurrent);
+    EXPECT_FALSE(library->IsForWriting());
+    EXPECT_FALSE(IsLocked());
+}
+
 TEST_F(Upgrading, ALockThatIsHeldLeavesACopyInTheOlderLayout) {
     LockFile held;
     ASSERT_TRUE(held.Take(nuo::string(path_, ".lck")));
