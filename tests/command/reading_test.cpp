@@ -67,7 +67,7 @@ TEST(List, OfAFileThatIsNotThereFails) {
 TEST(List, OfAFolderFails) {
     const Ran ran = RunHalvern({"list", "/tmp"});
     EXPECT_EQ(ran.status, 3);
-    EXPECT_EQ(ran.err, "halvern: /tmp: the file cannot be read\n");
+    EXPECT_EQ(ran.err, "halvern: /tmp: this is a folder and no file\n");
 }
 
 TEST(Show, PrintsOnePropertyToALine) {
@@ -133,6 +133,12 @@ TEST(Verify, OfAFileThatIsNotThereFails) {
     const Ran ran = RunHalvern({"verify", "nowhere.jpk"});
     EXPECT_EQ(ran.status, 3);
     EXPECT_EQ(ran.err, "halvern: nowhere.jpk: there is no such file\n");
+}
+
+TEST(Verify, OfAFolderFails) {
+    const Ran ran = RunHalvern({"verify", "/tmp"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: /tmp: this is a folder and no file\n");
 }
 
 TEST(Output, ThatNobodyReadsEndsQuietly) {

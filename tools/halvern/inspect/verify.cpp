@@ -1,8 +1,9 @@
 #include "inspect/verify.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 
 #include "assets/library/libraryparts.h"
@@ -128,15 +129,21 @@ void WalkFile(nuo::archive::iarchive& file, Findings& findings) {
     }
 }
 
+std::string WhyUnreadable(const std::string& path) {
+    struct stat state {};
+    if (::stat(path.c_str(), &state) != 0 && (errno == ENOENT || errno == ENOTDIR))
+        return "there is no such file";
+    if (S_ISDIR(state.st_mode)) return "this is a folder and no file";
+    return "the file cannot be read";
+}
+
 Findings Walk(const std::string& path) {
     Findings findings;
     try {
         nuo::archive::file_read_archive file(Ref(path));
         WalkFile(file, findings);
     } catch (const nuo::exception&) {
-        findings.AddClosing({kFileRule, "", "",
-                             ::access(path.c_str(), F_OK) == 0 ? "the file cannot be read"
-                                                               : "there is no such file"});
+        findings.AddClosing({kFileRule, "", "", WhyUnreadable(path)});
     }
     return findings;
 }

@@ -58,7 +58,7 @@ public:
     /// Ends one claim on a library. The last one closes it, and what was not saved is lost; false,
     /// and the claim stays, while definitions or instances of the library are held. A library
     /// without a claim gives the warning "A lifetime management error occured while unloading the
-    /// library document", and true.
+    /// library document", and true. False for null.
     virtual bool UnloadLibrary(IAssetLibrary* library) = 0;
 
     /// The open library of that identifier, or null. No claim is added.
