@@ -505,7 +505,19 @@ TEST_F(Damage, OfAResourceThatIsMissing) {
                     ", which is not in the library"});
 }
 
-// A few hundred copies with bytes changed at random are walked to the end and never raise.
+// Such a table deflates to a thousandth.
+TEST_F(Damage, OfManyEntriesIsListedUpToALimit) {
+    std::string& toc = Part(kToc);
+    const TocRow row = Row("Generic-002");
+    const std::string entry = toc.substr(row.offset, row.end - row.offset);
+    for (int count = 0; count < 3000; ++count)
+        toc += entry;
+    const std::vector<Finding> findings = FindingsIn(sample_.Bytes());
+    ASSERT_EQ(findings.size(), Findings::kMost + 1);
+    EXPECT_EQ(findings.back(), (Finding{"limit", "", "", "there is more, which is not listed"}));
+}
+
+// Sixty copies with bytes changed at random are walked to the end and never raise.
 TEST_F(Damage, OfAnyByteIsWalkedToTheEnd) {
     const std::string sound = sample_.Bytes();
     std::uint32_t seed = 20090401;

@@ -23,16 +23,34 @@ public:
         while (at_ < bytes_.size()) {
             ContentsEntry entry;
             entry.offset = at_;
-            ++number_;
+            entry.number = ++number_;
             if (!ReadEntry(entry.entry)) break;
-            entry.where = "entry " + std::to_string(number_) + " (" + Text(entry.entry.identifier) +
-                          "), " + AtOffset(entry.offset);
-            entries.push_back(std::move(entry));
+            entry.counts = Counts(entry);
+            if (entry.counts || ++passed_over_ < Findings::kMost)
+                entries.push_back(std::move(entry));
+            else if (passed_over_ == Findings::kMost)
+                entries.emplace_back();
         }
         return entries;
     }
 
 private:
+    // Do readers take the entry? With a finding when not.
+    bool Counts(const ContentsEntry& entry) {
+        const TocEntry& told = entry.entry;
+        if (told.definition_block == kNoBlock || told.instance_block == kNoBlock) {
+            findings_.Add({"contents.block", path_, entry.Where(),
+                           std::string("an entry without a block of its ") +
+                               (told.instance_block == kNoBlock ? "instance" : "definition") +
+                               " properties is passed over"});
+            return false;
+        }
+        if (seen_.insert(told.identifier).second) return true;
+        findings_.Add({"contents.twice", path_, entry.Where(),
+                       "the identifier stands a second time, and the entry is passed over"});
+        return false;
+    }
+
     bool ReadEntry(TocEntry& entry) {
         return ReadText(entry.identifier, "identifier") &&
                ReadText(entry.asset_type, "asset type") &&
@@ -75,9 +93,16 @@ private:
     Findings& findings_;
     std::uint64_t at_ = 0;
     std::uint64_t number_ = 0;
+    std::size_t passed_over_ = 0;
+    std::set<nuo::string, nuo::string_less> seen_;
 };
 
 }  // namespace
+
+std::string ContentsEntry::Where() const {
+    return "entry " + std::to_string(number) + " (" + Text(entry.identifier) + "), " +
+           AtOffset(offset);
+}
 
 std::vector<ContentsEntry> CheckContents(PackageParts& parts, StreamVersion version,
                                          Findings& findings) {
@@ -88,22 +113,7 @@ std::vector<ContentsEntry> CheckContents(PackageParts& parts, StreamVersion vers
     }
     const auto bytes = parts.Read(path);
     if (!bytes) return {};
-    std::vector<ContentsEntry> entries = EntryReader(path, *bytes, version, findings).Entries();
-    std::set<nuo::string, nuo::string_less> seen;
-    for (ContentsEntry& entry : entries) {
-        const TocEntry& told = entry.entry;
-        if (told.definition_block == kNoBlock || told.instance_block == kNoBlock)
-            findings.Add({"contents.block", path, entry.where,
-                          std::string("an entry without a block of its ") +
-                              (told.instance_block == kNoBlock ? "instance" : "definition") +
-                              " properties is passed over"});
-        else if (!seen.insert(told.identifier).second)
-            findings.Add({"contents.twice", path, entry.where,
-                          "the identifier stands a second time, and the entry is passed over"});
-        else
-            entry.counts = true;
-    }
-    return entries;
+    return EntryReader(path, *bytes, version, findings).Entries();
 }
 
 }  // namespace halvern::inspect

@@ -15,12 +15,15 @@ struct ContentsEntry {
     std::uint64_t offset = 0;
     // Readers take the entry for a definition.
     bool counts = false;
+    std::uint64_t number = 0;  // from 1
+
     // "entry 3 (Oak), offset 120"
-    std::string where;
+    std::string Where() const;
 };
 
-// All entries of the table of contents, those too that readers pass over; see
-// docs/formats/table_of_contents.md.
+// The entries of the table of contents; see docs/formats/table_of_contents.md. Those that readers
+// pass over are among them, but for the many that a hostile file may have: one without blocks then
+// stands for the rest.
 std::vector<ContentsEntry> CheckContents(PackageParts& parts,
                                          korvanet::platform::assets::StreamVersion version,
                                          Findings& findings);

@@ -1,6 +1,7 @@
 #include "inspect/findings.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace halvern::inspect {
 
@@ -13,11 +14,10 @@ std::string Describe(const Finding& finding) {
 
 void Findings::Add(Finding finding) {
     closed_ = closed_ || finding.closes;
-    if (list_.size() > kMost) return;
-    if (list_.size() == kMost)
-        list_.push_back({"limit", "", "", "there is more, which is not listed", false});
-    else
+    if (list_.size() < kMost || finding.closes)
         list_.push_back(std::move(finding));
+    else if (!std::exchange(cut_, true))
+        list_.push_back({"limit", "", "", "there is more, which is not listed", false});
 }
 
 void Findings::AddClosing(Finding finding) {

@@ -26,7 +26,8 @@ struct Finding {
 std::string Describe(const Finding& finding);
 
 // What a walk has found so far. A damaged file can be wrong in more places than anybody reads, so
-// the list ends at some point and says so.
+// the list ends at some point and says so. What
+// keeps it from being opened is always on it.
 class Findings {
 public:
     static constexpr std::size_t kMost = 1000;
@@ -43,6 +44,7 @@ public:
 private:
     std::vector<Finding> list_;
     bool closed_ = false;
+    bool cut_ = false;
 };
 
 inline nuo::string_ref Ref(std::string_view text) {

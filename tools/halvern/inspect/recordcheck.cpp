@@ -70,13 +70,13 @@ void RecordCheck::CheckHeader(const std::string& store, const ContentsEntry& ent
         findings_.Add({"record.identifier", store, "record " + Text(told.identifier),
                        "the record is that of " + Text(header.identifier)});
     if (!told.base_schema.empty() && !(told.base_schema == header.schema))
-        findings_.Add({"contents.schema", contents, entry.where,
+        findings_.Add({"contents.schema", contents, entry.Where(),
                        "the base schema is " + Text(told.base_schema) + ", and in the record " +
                            Text(header.schema)});
     const nuo::string type = schemas_.Find(header.schema, form_)->schema->AssetType();
     if (!(type == told.asset_type))
         findings_.Add(
-            {"contents.type", contents, entry.where,
+            {"contents.type", contents, entry.Where(),
              "the asset type is " + Text(told.asset_type) + ", and in the schema " + Text(type)});
 }
 

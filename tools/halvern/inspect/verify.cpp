@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <new>
 
 #include "assets/library/libraryparts.h"
 #include "assets/package/jpkfs.h"
@@ -142,6 +143,8 @@ Findings Walk(const std::string& path) {
     try {
         nuo::archive::file_read_archive file(Ref(path));
         WalkFile(file, findings);
+    } catch (const std::bad_alloc&) {
+        findings.AddClosing({"limit", "", "", "reading the file takes more memory than there is"});
     } catch (const nuo::exception&) {
         findings.AddClosing({kFileRule, "", "", WhyUnreadable(path)});
     }
