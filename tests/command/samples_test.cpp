@@ -27,7 +27,8 @@ TEST_P(GoodSample, IsListedAsItsAnswersSay) {
 }
 
 TEST_P(GoodSample, ShowsEveryDefinitionAsItsAnswersSay) {
-    for (const auto& [identifier, answer] : Answers()["show"].items()) {
+    const json answers = Answers();
+    for (const auto& [identifier, answer] : answers["show"].items()) {
         const Ran ran = RunHalvern({"show", File(), identifier, "--json"});
         EXPECT_EQ(ran.status, 0) << identifier << ": " << ran.err;
         EXPECT_EQ(ran.Json(), answer) << identifier;
