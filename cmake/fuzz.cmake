@@ -19,6 +19,6 @@ function(halvern_fuzzer name)
   halvern_link_strata(${target} ${arg_STRATA})
   add_dependencies(halvern_fuzzers ${target})
   add_test(NAME replay.${name}
-    COMMAND ${target} -runs=0 -timeout=1 -rss_limit_mb=1024
+    COMMAND ${target} -runs=0 -timeout=60 -rss_limit_mb=1024
             ${PROJECT_SOURCE_DIR}/fuzz/corpus/${name})
 endfunction()

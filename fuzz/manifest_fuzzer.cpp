@@ -1,5 +1,6 @@
-// The manifests of a package: the first byte chooses between "cnx.xml" and "core.xml", the rest is
-// the part. What can be read can be written, and what was written can be read.
+// The manifests of a package: the first byte chooses between "cnx.xml" and "core.xml", and whether
+// the package lies in a ZIP, so that signature and deflate stand around the part; the rest is the
+// part. What can be read can be written, and what was written can be read.
 
 #include <cstdint>
 #include <cstdlib>
@@ -7,7 +8,9 @@
 #include "assets/package/jpkfs.h"
 #include "assets/serialization/io/xmlhandler.h"
 #include "nuo/common/archive/primitives.h"
+#include "nuo/common/buffer_archive.h"
 #include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/zip.h"
 
 namespace {
 
@@ -29,14 +32,42 @@ bool ReadAndWrite(velmor::fs::IVfs& files) {
     }
 }
 
+constexpr std::uint8_t kSelectLinks = 1;
+constexpr std::uint8_t kInZip = 2;
+
+void Fill(velmor::fs::IVfs& files, std::uint8_t select, const std::uint8_t* data,
+          std::size_t size) {
+    files.createDir("R");
+    Put(files, "R/a.png", data, 0);
+    Put(files, (select & kSelectLinks) != 0 ? "cnx.xml" : "R/core.xml", data, size);
+}
+
+void Use(velmor::fs::IVfs& files) {
+    if (ReadAndWrite(files) && !ReadAndWrite(files)) std::abort();
+}
+
+// The same files as a ZIP that was written and is read again.
+void UseAsZip(std::uint8_t select, const std::uint8_t* data, std::size_t size) {
+    nuo::archive::mem_read_write_archive archive;
+    velmor::fs::InMemory cache("cache");
+    velmor::fs::ZipFs written(archive, cache, "fuzz", false);
+    Fill(written, select, data, size);
+    written.commit();
+    velmor::fs::InMemory scratch("scratch");
+    velmor::fs::ZipFs read(archive, scratch, "fuzz", false);
+    Use(read);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
+    if ((data[0] & kInZip) != 0) {
+        UseAsZip(data[0], data + 1, size - 1);
+        return 0;
+    }
     velmor::fs::InMemory files("fuzz");
-    files.createDir("R");
-    Put(files, "R/a.png", data, 0);
-    Put(files, (data[0] & 1) != 0 ? "cnx.xml" : "R/core.xml", data + 1, size - 1);
-    if (ReadAndWrite(files) && !ReadAndWrite(files)) std::abort();
+    Fill(files, data[0], data + 1, size - 1);
+    Use(files);
     return 0;
 }
