@@ -60,6 +60,12 @@ Running::Running(const std::vector<std::string>& arguments, const std::string& f
             const rlimit limit{limits.file_size, limits.file_size};
             ::setrlimit(RLIMIT_FSIZE, &limit);
         }
+#ifndef __SANITIZE_ADDRESS__
+        if (limits.memory != 0) {
+            const rlimit limit{limits.memory, limits.memory};
+            ::setrlimit(RLIMIT_AS, &limit);
+        }
+#endif
         std::vector<char*> texts{const_cast<char*>(program.c_str())};
         for (const std::string& argument : arguments)
             texts.push_back(const_cast<char*>(argument.c_str()));

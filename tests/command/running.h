@@ -23,6 +23,9 @@ public:
     struct Limits {
         // The longest file that the run may write; 0 for any.
         std::uint64_t file_size = 0;
+        // The address space of the run, in bytes; 0 for any. The sanitizers reserve terabytes, so
+        // that a sanitized run has none.
+        std::uint64_t memory = 0;
         // Standard error is a terminal.
         bool terminal = false;
     };

@@ -137,6 +137,18 @@ TEST_P(BadSample, IsNotChangedAndTheReasonIsTold) {
     EXPECT_TRUE(ReadFile(File()) == before);
 }
 
+// Chosen: what an ordinary program may take; a length or a count from the file would soon pass it.
+constexpr std::uint64_t kMemory = 256u << 20;
+
+TEST_P(BadSample, NeedsNoMoreMemoryThanAnOrdinaryFile) {
+    for (const char* verb : {"list", "verify"}) {
+        Running::Limits limits;
+        limits.memory = kMemory;
+        const Ran ran = Running({verb, File()}, "/tmp", limits).Wait();
+        EXPECT_EQ(ran.status, std::string(verb) == "list" ? 3 : 1) << ran.err;
+    }
+}
+
 TEST_P(BadSample, IsFoundByVerify) {
     const Ran ran = RunHalvern({"verify", File(), "--json"});
     EXPECT_EQ(ran.status, 1);
