@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "io/nested_entities.h"
+
 namespace korvanet::platform::assets {
 namespace {
 
@@ -37,6 +39,14 @@ TEST(XmlDefect, OfNothingSaysSo) {
     ASSERT_TRUE(defect);
     EXPECT_EQ(defect->line, 1U);
     EXPECT_TRUE(defect->what == "there is nothing in it");
+}
+
+TEST(XmlDefect, OfEntitiesThatGrowByTheThousandNamesTheBound) {
+    const auto defect = DefectOf(halvern_tests::NestedEntities(5).c_str());
+    ASSERT_TRUE(defect);
+    EXPECT_EQ(defect->line, 1U);
+    EXPECT_TRUE(defect->what ==
+                "limit on input amplification factor (from DTD and entities) breached");
 }
 
 }  // namespace

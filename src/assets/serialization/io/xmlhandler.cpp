@@ -1,39 +1,23 @@
 #include "assets/serialization/io/xmlhandler.h"
 
-// The library is built with this, and its header declares the bound on entities only where it is
-// defined.
-#define XML_DTD 1
-#include <expat.h>
-
 #include <climits>
 #include <exception>
-#include <memory>
-#include <new>
-#include <type_traits>
 
+#include "assets/serialization/io/xmlparser.h"
 #include "nuo/common/archive/primitives.h"
 #include "nuo/common/buffer.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
-struct ParserDeleter {
-    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
-};
-using ParserOwner = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
-
 // One run of the parser. Nothing may be thrown through expat, which is C: the handlers catch,
 // stop the parser and leave the exception here.
 class Run {
 public:
-    explicit Run(XmlDriverState& driver) : driver_(driver), parser_(XML_ParserCreate(nullptr)) {
-        if (!parser_) {
-            throw std::bad_alloc();
-        }
+    explicit Run(XmlDriverState& driver) : driver_(driver), parser_(MakeXmlParser()) {
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &Run::OnStart, &Run::OnEnd);
         XML_SetCharacterDataHandler(parser_.get(), &Run::OnText);
-        XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_.get(), kMaxEntityGrowth);
     }
 
     bool Parse(const nuo::buffer<nuo::byte>& text) {
@@ -104,7 +88,7 @@ private:
     }
 
     XmlDriverState& driver_;
-    ParserOwner parser_;
+    XmlParserOwner parser_;
     std::exception_ptr failure_;
     const nuo::string empty_;
     const XmlAttributes no_attributes_;

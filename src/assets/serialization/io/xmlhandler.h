@@ -14,11 +14,6 @@ NUO_DECLARE_EXCEPTION(xml_malformed_ex);
 
 class IXmlCallBack;
 
-// Entities may make a text this many times as long as the document, once it is long at all. Honest
-// documents hold the odd character entity; expat's own bound of a hundred would let a file of a few
-// megabytes fill hundreds.
-inline constexpr float kMaxEntityGrowth = 8.0F;
-
 using XmlAttributes = std::map<nuo::string, nuo::string, nuo::string_less>;
 
 // What a callback sees of the document around an event.
