@@ -1,11 +1,13 @@
 # One test program per row of layers.txt.
 #
-#   halvern_test(<row> SOURCES <file>... [WITH <row>...] [LIBRARIES <target>...] [ONE_PROCESS])
+#   halvern_test(<row> SOURCES <file>... [WITH <row>...] [LIBRARIES <target>...]
+#                [WRAP <function>...] [ONE_PROCESS])
 #   halvern_host_test(<name> SOURCES <file>...)
 #
 # halvern_test makes test_<row> of that row's objects and those below it. WITH adds rows that the
 # tests need and the code may not use. ctest runs each test in a process of its own, since the
 # manager is one per process; ONE_PROCESS runs the program as one test, for rows that never make it.
+# WRAP leads calls of a C function to `__wrap_` and its name, so that a test can make them fail.
 # halvern_host_test sees include/ and libhalvern.so alone, as a host does.
 
 find_package(GTest REQUIRED)
@@ -49,7 +51,7 @@ function(halvern_test_program target)
 endfunction()
 
 function(halvern_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_PROCESS" "" "SOURCES;WITH;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "ONE_PROCESS" "" "SOURCES;WITH;LIBRARIES;WRAP")
   set(one_process)
   if(arg_ONE_PROCESS)
     set(one_process ONE_PROCESS)
@@ -60,6 +62,9 @@ function(halvern_test name)
   target_include_directories(${target} PRIVATE
     ${HALVERN_INCLUDE_FOLDERS} ${PROJECT_SOURCE_DIR}/tests)
   halvern_link_strata(${target} ${name} ${arg_WITH})
+  foreach(function IN LISTS arg_WRAP)
+    target_link_options(${target} PRIVATE LINKER:--wrap=${function})
+  endforeach()
 endfunction()
 
 function(halvern_host_test name)

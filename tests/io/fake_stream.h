@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 #include <string>
 
 namespace halvern_tests {
@@ -25,6 +26,8 @@ public:
     std::uint64_t Read(void* buffer, std::uint64_t length) override {
         ++reads;
         const std::uint64_t left = position < content.size() ? content.size() - position : 0;
+        if (left == 0 && ++reads_at_end > kMostReadsAtEnd)
+            throw std::runtime_error("the end of the stream is read again and again");
         const std::uint64_t count = std::min({length, left, most_at_once});
         std::memcpy(buffer, content.data() + std::min<std::uint64_t>(position, content.size()),
                     count);
@@ -57,6 +60,9 @@ public:
         return can_cut;
     }
 
+    // No reader has reason to come back so often; one that never ends fails its test by this.
+    static constexpr int kMostReadsAtEnd = 100;
+
     std::string content;
     std::uint64_t position = 0;
     bool open = true;
@@ -66,6 +72,7 @@ public:
     std::uint64_t claims_more = 0;  // the end is told that much too far
     int closes = 0;
     int reads = 0;
+    int reads_at_end = 0;
     int flushes = 0;
     bool* destroyed = nullptr;
 };

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "io/failing_expat.h"
 #include "io/nested_entities.h"
 
 namespace korvanet::platform::assets {
@@ -32,6 +33,11 @@ TEST(XmlDefect, OfADocumentThatEndsEarlyIsAtItsEnd) {
     EXPECT_EQ(defect->line, 2U);
     EXPECT_EQ(defect->offset, 7U);
     EXPECT_TRUE(defect->what == "no element found");
+}
+
+TEST(XmlDefect, IsNotToldWithoutMemoryForAParser) {
+    const halvern_tests::NoParser broken;
+    EXPECT_THROW(DefectOf("<a/>"), std::bad_alloc);
 }
 
 TEST(XmlDefect, OfNothingSaysSo) {

@@ -1,5 +1,6 @@
 #include "assets/serialization/io/xmlhandler.h"
 
+#include "io/failing_expat.h"
 #include "io/memory_source.h"
 #include "io/nested_entities.h"
 #include "support/raised.h"
@@ -233,6 +234,20 @@ TEST(ParseXml, RefusesASourceThatCannotBeRead) {
     XmlDriverState driver(recorder);
     nuo::archive::mem_write_archive sink;
     EXPECT_EQ(Raised<xml_malformed_ex>([&] { ParseXml(driver, sink); }), "The xml input is bad.");
+}
+
+TEST(ParseXml, GivesAnEmptyChunkAsAnEmptyText) {
+    const halvern_tests::EmptyChunks some;
+    EXPECT_THAT(EventsOf("<a>text</a>"), ElementsAre("<a", "text:text", "text:", "a>"));
+}
+
+TEST(ParseXml, RaisesWithoutAnEventWhenThereIsNoMemoryForAParser) {
+    const halvern_tests::NoParser broken;
+    Recorder recorder;
+    XmlDriverState driver(recorder);
+    MemorySource source("<a/>");
+    EXPECT_THROW(ParseXml(driver, source.archive()), std::bad_alloc);
+    EXPECT_THAT(recorder.events, IsEmpty());
 }
 
 // Counts what it is given without keeping it.

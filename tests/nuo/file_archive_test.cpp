@@ -12,11 +12,13 @@
 #include <string>
 
 #include "nuo/common/archive/primitives.h"
+#include "nuo/failing_files.h"
 #include "nuo/temp_folder.h"
 
 namespace {
 
 using namespace nuo::archive;
+using nuo_tests::FailingCall;
 using nuo_tests::ReadFile;
 using nuo_tests::TempFolder;
 using nuo_tests::TrueInChild;
@@ -113,6 +115,20 @@ TEST_F(FileArchive, RefusedPermissionIsAFailureToOpen) {
         }
     }));
     ::chmod(folder_.Path().c_str(), 0755);
+}
+
+TEST_F(FileArchive, AnOpenFileWhoseSizeCannotBeToldIsClosedAgain) {
+    const std::string path = File("abc");
+    const int next = ::dup(STDERR_FILENO);
+    ::close(next);
+    {
+        const FailingCall broken(FailingCall::fstat);
+        ExpectBareFailure<archive_stat_file_failed>([&] { file_read_archive(path.c_str()); });
+        ExpectBareFailure<archive_stat_file_failed>([&] { file_write_archive(path.c_str()); });
+        ExpectBareFailure<archive_stat_file_failed>([&] { file_read_write_archive(path.c_str()); });
+    }
+    EXPECT_EQ(::fcntl(next, F_GETFD), -1);
+    EXPECT_EQ(file_read_archive(path.c_str()).size(), 3u);
 }
 
 TEST_F(FileArchive, PathsAreUtf8) {
@@ -263,6 +279,17 @@ TEST_F(FileArchive, ViewShowsTheWantedBytesAtAnyOffset) {
     EXPECT_EQ(view->offset(), 5000u);
     EXPECT_EQ(view->size(), 3u);
     EXPECT_EQ(std::string(view->data().first, view->data().last), "abc");
+}
+
+TEST_F(FileArchive, ViewThatCannotBeMappedIsAFailureToOpen) {
+    file_read_write_archive both(File("abc").c_str());
+    {
+        const FailingCall broken(FailingCall::mmap);
+        ExpectBareFailure<archive_open_file_failed>([&] { both.view_rd({0, 3}); });
+        ExpectBareFailure<archive_open_file_failed>([&] { both.view_wr({0, 3}); });
+        EXPECT_EQ(both.view_rd({3, 3})->size(), 0u);
+    }
+    EXPECT_EQ(both.view_rd({0, 3})->data().first[1], 'b');
 }
 
 TEST_F(FileArchive, ReadViewIsCutToTheSize) {

@@ -72,6 +72,11 @@ TEST(StoredString, EmptyOneIsFourZeroBytesAndReadsBackWithoutABlock) {
     EXPECT_EQ(value.use_count(), 0u);
 }
 
+TEST(StoredString, ALengthAbove32BitsIsCut) {
+    // No more than the three bytes that are left of it is looked at.
+    EXPECT_EQ(Stored(string_ref("abcdef", (std::uint64_t{1} << 32) + 3)), Length(3) + "abc");
+}
+
 TEST(StoredString, ReadsIntoTheTargetsHeap) {
     CountingHeap heap;
     const auto source = Bytes(Length(3) + "abc" + Length(1) + "d");
