@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "velmor/array.h"
 #include "velmor/support.h"
 
 namespace velmor {
@@ -95,6 +96,32 @@ TEST_F(TypeMethodsTest, ABaseIsStoredFirstWithoutAMarker) {
     readForm(object, {1, 0, 0, 0, 0, 0, 0, 0, 64, 5});
     EXPECT_EQ(*bind<std::uint8_t>(object.member("tail").asObject()), 5);
     EXPECT_EQ(formOf(object), (Bytes{1, 0, 0, 0, 0, 0, 0, 0, 64, 5}));
+}
+
+// The second example of docs/formats/reflective_values.md.
+TEST_F(TypeMethodsTest, ARecordOfBaseTextTypeAndTextsIsStoredAsThePageShows) {
+    const Type base = builder.begin()
+                          .setName("base")
+                          .addMember("n", "uint16", type("uint16"))
+                          .endBuild()
+                          .adoptBy(root);
+    const Type texts = makeArrayType(root, type("string"));
+    const Type whole = builder.begin()
+                           .setName("whole")
+                           .addBase("base", base)
+                           .addMember("text", "string", type("string"))
+                           .addMember("kind", "type", type("type"))
+                           .addMember("texts", "string_array", texts)
+                           .endBuild()
+                           .adoptBy(root);
+    const Bytes form{2, 1, 3, 0, 0, 0, 0x4A, 0xC3, 0xBA, 2,    0,    0,
+                     0, 0, 0, 0, 0, 3, 0,    0,    0,    0x6F, 0x61, 0x6B};
+    const Object object = creator.create(whole);
+    EXPECT_EQ(readForm(object, form), form.size());
+    EXPECT_EQ(text(*bind<nuo::string>(object.member("text").asObject())), "J\xC3\xBA");
+    EXPECT_FALSE(bind<Type>(object.member("kind").asObject())->valid());
+    EXPECT_EQ(bind<Array>(object.member("texts").asObject())->size(), 2u);
+    EXPECT_EQ(formOf(object), form);
 }
 
 TEST_F(TypeMethodsTest, ItemsAreMadeInOrderAndEndedInReverse) {
