@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <string>
 
@@ -59,7 +60,7 @@ void Kill(pid_t child) {
 
 TEST_F(LockFileTest, TakingMakesAnEmptyFileAndReleasingDeletesIt) {
     LockFile lock;
-    ASSERT_TRUE(lock.Take(path_.c_str()));
+    ASSERT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
     EXPECT_TRUE(lock.Held());
     struct stat status {};
     ASSERT_EQ(::stat(path_.c_str(), &status), 0);
@@ -72,7 +73,7 @@ TEST_F(LockFileTest, TakingMakesAnEmptyFileAndReleasingDeletesIt) {
 TEST_F(LockFileTest, TheLockGoesBackWithTheObject) {
     {
         LockFile lock;
-        ASSERT_TRUE(lock.Take(path_.c_str()));
+        ASSERT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
     }
     EXPECT_FALSE(Exists());
 }
@@ -80,46 +81,81 @@ TEST_F(LockFileTest, TheLockGoesBackWithTheObject) {
 TEST_F(LockFileTest, AStaleFileThatNobodyHoldsIsTaken) {
     ::close(::open(path_.c_str(), O_CREAT | O_RDWR, 0666));
     LockFile lock;
-    EXPECT_TRUE(lock.Take(path_.c_str()));
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
 }
 
 TEST_F(LockFileTest, ALockHeldInThisProcessIsRefusedAndLeftAlone) {
     LockFile first;
-    ASSERT_TRUE(first.Take(path_.c_str()));
+    ASSERT_EQ(first.Take(path_.c_str()), LockResult::kTaken);
     {
         LockFile second;
-        EXPECT_FALSE(second.Take(path_.c_str()));
+        EXPECT_EQ(second.Take(path_.c_str()), LockResult::kHeld);
         EXPECT_FALSE(second.Held());
     }
     EXPECT_TRUE(Exists());
 }
 
 TEST_F(LockFileTest, ALockHeldByAnotherProcessIsRefusedUntilThatProcessIsKilled) {
-    const pid_t holder = HoldInChild([&] { return (new LockFile)->Take(path_.c_str()); });
+    const pid_t holder =
+        HoldInChild([&] { return (new LockFile)->Take(path_.c_str()) == LockResult::kTaken; });
     LockFile lock;
-    EXPECT_FALSE(lock.Take(path_.c_str()));
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kHeld);
     Kill(holder);
     EXPECT_TRUE(Exists());
-    EXPECT_TRUE(lock.Take(path_.c_str()));
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
 }
 
 TEST_F(LockFileTest, AFileThatAnotherProcessMerelyHasOpenIsRefused) {
     const pid_t holder =
         HoldInChild([&] { return ::open(path_.c_str(), O_CREAT | O_RDWR, 0666) >= 0; });
     LockFile lock;
-    EXPECT_FALSE(lock.Take(path_.c_str()));
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kHeld);
     Kill(holder);
-    EXPECT_TRUE(lock.Take(path_.c_str()));
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
+}
+
+// Whoever opens a file of which somebody else has a lease would wait for three quarters of a
+// minute; the alarm ends such a wait, and with it the test.
+TEST_F(LockFileTest, AnotherProcessInTheMiddleOfTakingIsNotWaitedFor) {
+    const pid_t holder = HoldInChild([&] {
+        ::signal(SIGIO, SIG_IGN);
+        return ::fcntl(::open(path_.c_str(), O_CREAT | O_RDWR, 0666), F_SETLEASE, F_WRLCK) == 0;
+    });
+    struct sigaction wake {};
+    wake.sa_handler = [](int) {};
+    struct sigaction before {};
+    ASSERT_EQ(::sigaction(SIGALRM, &wake, &before), 0);
+    ::alarm(10);
+    LockFile lock;
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kHeld);
+    ::alarm(0);
+    ::sigaction(SIGALRM, &before, nullptr);
+    Kill(holder);
+}
+
+TEST_F(LockFileTest, AFileThatIsNoLongerItsOwnIsNotDeleted) {
+    LockFile first;
+    ASSERT_EQ(first.Take(path_.c_str()), LockResult::kTaken);
+    ASSERT_EQ(::unlink(path_.c_str()), 0);
+    LockFile second;
+    ASSERT_EQ(second.Take(path_.c_str()), LockResult::kTaken);
+    first.Release();
+    EXPECT_FALSE(first.Held());
+    EXPECT_TRUE(Exists());
+    LockFile third;
+    EXPECT_EQ(third.Take(path_.c_str()), LockResult::kHeld);
 }
 
 TEST_F(LockFileTest, AFolderThatDoesNotExistRefuses) {
     LockFile lock;
-    EXPECT_FALSE(lock.Take((folder_ + "/none/a.lck").c_str()));
+    EXPECT_EQ(lock.Take((folder_ + "/none/a.lck").c_str()), LockResult::kNoFile);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(lock.Held());
 }
 
 TEST_F(LockFileTest, TheHandleIsNotInheritedByAProgramThatIsStarted) {
     LockFile lock;
-    ASSERT_TRUE(lock.Take(path_.c_str()));
+    ASSERT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
     const std::string look =
         "for f in /proc/self/fd/*; do readlink $f; done | grep -c '" + path_ + "' | grep -qx 0";
     EXPECT_EQ(std::system(look.c_str()), 0);

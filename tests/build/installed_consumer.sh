@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds and runs examples/first_steps outside the tree, from an install tree that was moved.
-# usage: installed_consumer.sh cmake|pkg-config SOURCE BUILD VERSION
+# usage: installed_consumer.sh cmake|pkg-config SOURCE BUILD VERSION [COMPILER-FLAG...]
 set -euo pipefail
-way=$1 source=$2 build=$3 version=$4
+way=$1 source=$2 build=$3 version=$4 flags=("${@:5}")
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -17,7 +17,7 @@ public=$(cd "$source/include" && find . -name '*.h' | sort)
 
 case $way in
     cmake)
-        cmake -G Ninja -S "$work/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/moved" >"$work/log" 2>&1 &&
+        CXXFLAGS="${flags[*]}" cmake -G Ninja -S "$work/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/moved" >"$work/log" 2>&1 &&
             cmake --build "$work/build" >>"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
         program=$work/build/first_steps
         ;;
@@ -25,7 +25,7 @@ case $way in
         export PKG_CONFIG_PATH=$lib/pkgconfig
         [[ $(pkg-config --modversion halvern) == "$version" ]]
         # shellcheck disable=SC2046  # the flags are words of their own
-        g++ "$work"/consumer/*.cpp -o "$work/first_steps" -Wl,-rpath,"$lib" \
+        g++ "${flags[@]}" "$work"/consumer/*.cpp -o "$work/first_steps" -Wl,-rpath,"$lib" \
             $(pkg-config --cflags --libs halvern)
         program=$work/first_steps
         ;;

@@ -224,6 +224,28 @@ TEST_F(Writing, TheFileKeepsModeAndOwnerAndALinkStaysALink) {
     EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "link.jpk"}));
 }
 
+TEST_F(Writing, ALibraryInALinkedFolderIsWritten) {
+    ASSERT_EQ(::mkdir(folder_.Path("real").c_str(), 0755), 0);
+    ASSERT_EQ(::mkdir(folder_.Path("real/inner").c_str(), 0755), 0);
+    ASSERT_EQ(::rename(File().c_str(), folder_.Path("real/a.jpk").c_str()), 0);
+    ASSERT_EQ(::symlink("real/inner", folder_.Path("linked").c_str()), 0);
+    const Ran removed = Run({"remove", "linked/../a.jpk", "Generic-008"});
+    EXPECT_EQ(removed.err, "");
+    EXPECT_EQ(removed.status, 0);
+    EXPECT_FALSE(ReadFile(folder_.Path("real/a.jpk")) == before_);
+    ASSERT_EQ(
+        ::rename(folder_.Path("real/a.jpk").c_str(), folder_.Path("real/inner/a.jpk").c_str()), 0);
+    EXPECT_EQ(Run({"preset", "linked/a.jpk", "Generic-001", "NEW"}).status, 0);
+    EXPECT_EQ(Run({"verify", "real/inner/a.jpk"}).out, "");
+    EXPECT_EQ(Run({"show", "real/inner/a.jpk", "NEW"}).status, 0);
+}
+
+TEST_F(Writing, ALockFileThatCannotBeMadeIsToldWithItsReason) {
+    ASSERT_EQ(::mkdir((File() + ".lck").c_str(), 0755), 0);
+    ExpectRefused({"remove", "a.jpk", "Generic-008"}, 3,
+                  "the lock file " + File() + ".lck cannot be made: Is a directory");
+}
+
 TEST_F(Writing, ALockedLibraryIsRefusedAtOnce) {
     const int lock = ::open((File() + ".lck").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0666);
     ASSERT_GE(lock, 0);

@@ -51,7 +51,7 @@ TEST_F(LibraryFailures, AFileThatCannotBeCopiedCarriesNoWordsAndGivesTheLockBack
 TEST_F(LibraryFailures, ALockThatIsHeldCarriesNoWordsAndNothingIsMade) {
     const std::string path = CopySample("starter.jpk");
     assets::LockFile held;
-    ASSERT_TRUE(held.Take((path + ".lck").c_str()));
+    ASSERT_EQ(held.Take((path + ".lck").c_str()), assets::LockResult::kTaken);
     EXPECT_EQ(Raised<assets::FileCreateErr>([&] { OpenIt(path, LibraryMode::kCopy, true); }), "");
     EXPECT_EQ(Raised<assets::FileCreateErr>([&] { CreateIt(path, LibraryMode::kCopy); }), "");
     EXPECT_TRUE(Exists(path + ".lck"));

@@ -116,7 +116,7 @@ TEST_F(Upgrading, RefreshingACopyConvertsItToo) {
     std::unique_ptr<AssetLibrary> library;
     {
         LockFile held;
-        ASSERT_TRUE(held.Take(nuo::string(path_, ".lck")));
+        ASSERT_EQ(held.Take(nuo::string(path_, ".lck")), assets::LockResult::kTaken);
         library = Open(LibraryMode::kCopy, false);
     }
     EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
@@ -128,7 +128,7 @@ TEST_F(Upgrading, RefreshingACopyConvertsItToo) {
 
 TEST_F(Upgrading, ALockThatIsHeldLeavesACopyInTheOlderLayout) {
     LockFile held;
-    ASSERT_TRUE(held.Take(nuo::string(path_, ".lck")));
+    ASSERT_EQ(held.Take(nuo::string(path_, ".lck")), assets::LockResult::kTaken);
     const auto library = Open(LibraryMode::kCopy, false);
     EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
     EXPECT_TRUE(library->Document().Contains("Old"));

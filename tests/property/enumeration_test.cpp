@@ -110,6 +110,19 @@ TEST_F(EnumerationTest, BehindTheEndNothingMoves) {
     EXPECT_FALSE(walk.Next());
 }
 
+TEST_F(EnumerationTest, AtBothEndsOfSeveralGroupsThereIsNoWayOut) {
+    Put(kReadWrite, {"b"});
+    Put(kListed, {"a"});
+    Put(kFixed, {"c"});
+    auto& walk = Walk();
+    EXPECT_EQ(NameOf(walk.First()), "a");
+    EXPECT_FALSE(walk.Previous());
+    EXPECT_EQ(walk.Current(), nullptr);
+    EXPECT_EQ(NameOf(walk.Last()), "c");
+    EXPECT_FALSE(walk.Next());
+    EXPECT_EQ(walk.Current(), nullptr);
+}
+
 TEST_F(EnumerationTest, OneGroupCanBeWalkedToAndFro) {
     Put(kReadWrite, {"a", "b", "c"});
     auto& walk = Walk();

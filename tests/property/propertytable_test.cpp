@@ -187,11 +187,12 @@ TEST_F(PropertyTableTest, AReleaseAtCountZeroDoesNothing) {
 
 TEST_F(PropertyTableTest, APinnedTableOfCountZeroIsStillFoundByName) {
     PropertyTableImp& table = Uncounted();
+    const velmor::Object holder = table.HolderObject();
     table.Enter(space, "a");
     table.SetPinned(true);
     table.Retain();
     table.Unretain();
-    EXPECT_EQ(space.findObject("a").value, table.HolderObject());
+    EXPECT_EQ(space.findObject("a").value, holder);
     EXPECT_EQ(tables.living, 1);
     EXPECT_TRUE(runtime.removeObject(space, "a"));
     EXPECT_EQ(tables.living, 0);

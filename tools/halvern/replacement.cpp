@@ -35,12 +35,6 @@ std::string TemplateFor(const std::string& original) {
     throw Failure(kFile, what + ": " + SystemWords(errno));
 }
 
-// Why nothing can be made at a path: the lock itself tells only that it failed.
-std::string WhyNoFile(const std::string& path) {
-    return ::access(FolderOf(path).c_str(), W_OK | X_OK) == 0 ? "it is refused"
-                                                              : SystemWords(errno);
-}
-
 // Locks are made beside files, not beside nothing.
 const std::string& ExistingFile(const std::string& path) {
     if (::access(path.c_str(), F_OK) != 0) throw Failure(kFile, "there is no such file");
@@ -102,12 +96,16 @@ FileLock::One::~One() {
 std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
     auto one = std::make_unique<One>();
     const SignalPause pause;
-    if (!one->lock.Take(path))
-        throw Failure(kFile, ::access(path.c_str(), F_OK) == 0
-                                 ? "the library is locked by another process, in " + path
-                                 : "the lock file " + path + " cannot be made: " + WhyNoFile(path));
-    one->file = Temporary(path);
-    return one;
+    switch (one->lock.Take(path)) {
+        case inspect::LibraryLock::Result::kTaken:
+            one->file = Temporary(path);
+            return one;
+        case inspect::LibraryLock::Result::kHeld:
+            throw Failure(kFile, "the library is locked by another process, in " + path);
+        case inspect::LibraryLock::Result::kNoFile:
+            break;
+    }
+    FailBySystem("the lock file " + path + " cannot be made");
 }
 
 Replacement Replacement::CopyOf(const std::string& original) {

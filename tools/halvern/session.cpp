@@ -79,7 +79,10 @@ std::string AbsolutePath(const std::string& path) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(path, error);
     if (error) throw Failure(kFile, error.message());
-    return absolute.lexically_normal().string();
+    // The last name may be a link, or of nothing yet; the folders before it are taken for what they
+    // are, as "link/.." is not what it looks like.
+    const std::filesystem::path folder = std::filesystem::canonical(absolute.parent_path(), error);
+    return (error ? absolute : folder / absolute.filename()).lexically_normal().string();
 }
 
 }  // namespace halvern

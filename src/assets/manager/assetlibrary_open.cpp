@@ -77,7 +77,7 @@ AssetLibrary::~AssetLibrary() {
 }
 
 bool AssetLibrary::TakeLock() {
-    return lock_.Take(nuo::string(path_, kLockExtension));
+    return lock_.Take(nuo::string(path_, kLockExtension)) == LockResult::kTaken;
 }
 
 nuo::string AssetLibrary::WorkingPath() const {

@@ -2,7 +2,7 @@
 
 namespace halvern::inspect {
 
-bool LibraryLock::Take(const std::string& path) {
+LibraryLock::Result LibraryLock::Take(const std::string& path) {
     return file_.Take(nuo::string_ref(std::string_view(path)));
 }
 

@@ -10,8 +10,10 @@ namespace halvern::inspect {
 // keep each other out. It goes back with the object.
 class LibraryLock {
 public:
-    // `path` is that of the lock file. False, at once, when somebody else holds it.
-    bool Take(const std::string& path);
+    using Result = korvanet::platform::assets::LockResult;
+
+    // `path` is that of the lock file.
+    Result Take(const std::string& path);
     // Deletes the lock file.
     void Release() { file_.Release(); }
 

@@ -38,29 +38,31 @@ bool StandsAt(int handle, const char* path) {
 
 }  // namespace
 
-bool LockFile::Take(nuo::string_ref path) {
-    if (Held()) return true;
+LockResult LockFile::Take(nuo::string_ref path) {
+    if (Held()) return LockResult::kTaken;
     const nuo::string name(path);
     for (int round = 0; round < kRounds; ++round) {
-        const int handle = ::open(name.data(), O_CREAT | O_RDWR | O_CLOEXEC, 0666);
-        if (handle < 0) return false;
+        // Opening waits for as long as somebody else has a lease, unless it is told not to.
+        const int handle = ::open(name.data(), O_CREAT | O_RDWR | O_CLOEXEC | O_NONBLOCK, 0666);
+        if (handle < 0) return errno == EWOULDBLOCK ? LockResult::kHeld : LockResult::kNoFile;
         if (::flock(handle, LOCK_EX | LOCK_NB) != 0 || OpenElsewhere(handle)) {
             ::close(handle);
-            return false;
+            return LockResult::kHeld;
         }
         if (StandsAt(handle, name.data())) {
             handle_ = handle;
             path_ = name;
-            return true;
+            return LockResult::kTaken;
         }
         ::close(handle);
     }
-    return false;
+    return LockResult::kHeld;
 }
 
 void LockFile::Release() {
     if (!Held()) return;
-    ::unlink(path_.data());
+    // Somebody may have deleted the file by hand, and another holder made a new one.
+    if (StandsAt(handle_, path_.data())) ::unlink(path_.data());
     ::close(handle_);
     handle_ = -1;
 }

@@ -4,6 +4,13 @@
 
 namespace korvanet::platform::assets {
 
+// What became of a try to take a lock.
+enum class LockResult {
+    kTaken,
+    kHeld,   // somebody else has it
+    kNoFile  // the file cannot be opened or made; `errno` tells why
+};
+
 // The right to write a library that several processes work on by private copies: an empty file
 // beside the library, held open and locked; see docs/formats/lock_and_working_copy.md. It goes back
 // with the object.
@@ -14,11 +21,12 @@ public:
     LockFile& operator=(const LockFile&) = delete;
     ~LockFile() { Release(); }
 
-    // Takes the lock, or fails at once when somebody else holds it or when the file cannot be made.
-    // A file that nobody holds is taken over. True when it is held already.
-    bool Take(nuo::string_ref path);
+    // Takes the lock, or fails at once. A file that nobody holds is taken over. kTaken, and nothing
+    // is done, when this object holds one already.
+    LockResult Take(nuo::string_ref path);
 
-    // Deletes the file. Does nothing when the lock is not held.
+    // Deletes the file, unless another one stands in its place by now. Does nothing when the lock
+    // is not held.
     void Release();
 
     bool Held() const { return handle_ >= 0; }
