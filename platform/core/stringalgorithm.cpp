@@ -125,7 +125,9 @@ bool StringAlgorithm::PercentDecode(const IString& text, IString& decoded) {
         out += static_cast<char>(byte);
         at += 2;
     }
-    AssignUtf8(decoded, out);
+    const std::wstring wide = ToWide(out);
+    if (ToUtf8(wide) != out) return false;
+    decoded.Assign(wide.c_str());
     return true;
 }
 

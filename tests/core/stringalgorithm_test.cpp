@@ -42,8 +42,8 @@ TEST(PercentDecoding, TurnsEscapesBack) {
     EXPECT_STREQ(out.AsUTF8(), "");
 }
 
-TEST(PercentDecoding, RefusesBrokenEscapesAndLeavesTheResultAlone) {
-    for (const char* text : {"%", "a%2", "%G0", "%0G", "%%20", "a%00b"}) {
+TEST(PercentDecoding, RefusesBrokenEscapesAndBytesThatAreNoTextAndLeavesTheResultAlone) {
+    for (const char* text : {"%", "a%2", "%G0", "%0G", "%%20", "a%00b", "caf%E9", "%ED%A0%80"}) {
         UTF8String out("before");
         EXPECT_FALSE(StringAlgorithm::PercentDecode(UTF8String(text), out)) << text;
         EXPECT_STREQ(out.AsUTF8(), "before");

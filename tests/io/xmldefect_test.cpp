@@ -40,6 +40,16 @@ TEST(XmlDefect, IsNotToldWithoutMemoryForAParser) {
     EXPECT_THROW(DefectOf("<a/>"), std::bad_alloc);
 }
 
+TEST(XmlDefect, OfElementsThatLieTooDeepIsBehindTheFirstTooMany) {
+    std::string document;
+    for (int i = 0; i < 65537; ++i)
+        document += "<a>";
+    const auto defect = DefectOf(document.c_str());
+    ASSERT_TRUE(defect);
+    EXPECT_EQ(defect->offset, 3U * 65537);
+    EXPECT_TRUE(defect->what == "more than 65,536 elements lie one in the other");
+}
+
 TEST(XmlDefect, OfNothingSaysSo) {
     const auto defect = DefectOf("");
     ASSERT_TRUE(defect);

@@ -195,6 +195,26 @@ TEST(StoredBuffer, OldBytesNeverShowThrough) {
     EXPECT_EQ(Text(value), "abcde");
 }
 
+TEST(StoredBuffer, AReadThatFailsLeavesItEmpty) {
+    class Broken : public Boaster {
+    public:
+        using Boaster::Boaster;
+        nuo::byte* read(byte_range range) override {
+            if (!told_) {
+                told_ = true;
+                return Boaster::read(range);
+            }
+            NUO_RAISE(read_failed);
+        }
+
+    private:
+        bool told_ = false;
+    } in(Length(5) + "abcde");
+    Buffer value = Bytes("old");
+    EXPECT_THROW(static_cast<reader&>(in) >> value, nuo::context_exception<read_failed>);
+    EXPECT_TRUE(value.empty());
+}
+
 TEST(StoredBuffer, SourceWithoutASizeDoesNotMakeUpGigabytes) {
     Stream in(Length(0xFFFFFFFF) + "abc");
     Buffer value = Bytes("old");

@@ -111,6 +111,33 @@ TEST(CopyFileTest, FewerBytesThanTheSourceTellsIsADataError) {
     EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);
 }
 
+TEST(CopyFileTest, ASourceThatCannotBeReadIsADataError) {
+    class Broken : public fs::InMemory {
+    public:
+        Broken() : InMemory("broken") {}
+        nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode,
+                                         unsigned flag) override {
+            auto file = InMemory::create(path, mode, flag);
+            if (file == nullptr) return file;
+            return nuo::archive::make_archive<Reader>(
+                std::shared_ptr<nuo::archive::iarchive>(std::move(file)));
+        }
+
+    private:
+        class Reader : public nuo::archive::multiplex_owner<nuo::archive::multiplex_read_archive> {
+        public:
+            using multiplex_owner::multiplex_owner;
+            bool readable() override { return true; }
+            nuo::byte* read(nuo::archive::byte_range) override {
+                NUO_RAISE(nuo::archive::read_failed);
+            }
+        };
+    } source;
+    fs::InMemory target("target");
+    ASSERT_NE(source.InMemory::create("a", fs::mode_write, fs::create_new), nullptr);
+    EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);
+}
+
 TEST(CopyFileTest, CopiesBetweenFileSystems) {
     fs::InMemory source("source");
     fs::InMemory target("target");
@@ -173,6 +200,33 @@ TEST(CreateTempTest, TriesOtherNamesAfterACollision) {
 TEST(RecursiveCreateDirTest, TellsWhyADirectoryCouldNotBeMade) {
     fs::InMemory files("read only", true);
     EXPECT_EQ(fs::recursiveCreateDir(files, "a/b"), fs::er_permission_denied);
+}
+
+TEST(RecursiveCreateTest, WhatNoFileSystemMakesLeavesNoFolders) {
+    fs::InMemory files("files");
+    EXPECT_EQ(fs::recursiveCreate(files, "x/y", 0, fs::open_or_create), nullptr);
+    std::string deep;
+    for (std::size_t i = 0; i < fs::max_path_components; ++i)
+        deep += "d/";
+    EXPECT_EQ(fs::recursiveCreate(files, (deep + "file").c_str(), fs::mode_all, fs::open_or_create),
+              nullptr);
+    EXPECT_THAT(Names(files, ""), testing::IsEmpty());
+}
+
+// A child that was forked begins where its parent stood.
+TEST(CreateTempTest, ForkedProcessesHaveNamesOfTheirOwn) {
+    const DiskFolder folder;
+    fs::InMemory first("files");
+    const std::string before = Text(fs::createTempFile(first, "", "pre").path);
+    const auto next_name = [&](const std::string& file) {
+        fs::InMemory files("files");
+        WriteDisk(folder.file(file), Text(fs::createTempFile(files, "", "pre").path));
+        return true;
+    };
+    ASSERT_EQ(RunInChild([&] { return next_name("a"); }), 0);
+    ASSERT_EQ(RunInChild([&] { return next_name("b"); }), 0);
+    EXPECT_NE(ReadDisk(folder.file("a")), ReadDisk(folder.file("b")));
+    EXPECT_NE(ReadDisk(folder.file("a")), before);
 }
 
 }  // namespace

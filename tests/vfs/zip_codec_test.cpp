@@ -42,6 +42,19 @@ TEST(ZipCodecTest, ADeflaterThatCannotStartRaisesAndTheNextOneMay) {
     EXPECT_EQ(codec.deflateTo(from, to).uncompressedSize, 4u);
 }
 
+TEST(ZipCodecTest, AnAllowanceEndsWhatComesOutOfAllEntriesTogether) {
+    fs::ZipCodec codec;
+    const std::string packed = RawDeflate(std::string(1000, 'x'));
+    codec.setAllowance(2500);
+    EXPECT_EQ(Inflated(codec, packed).size(), 1000u);
+    codec.spend(500);
+    EXPECT_EQ(Inflated(codec, packed).size(), 1000u);
+    EXPECT_EQ(RaisedText<fs::archive_runtime_error>([&] { Inflated(codec, packed); }),
+              "too much data");
+    EXPECT_EQ(RaisedText<fs::archive_runtime_error>([&] { codec.spend(1); }), "too much data");
+    codec.spend(0);
+}
+
 // Zeros, deflated: as many whole pieces of 16 MiB and as many single bytes as asked for.
 class DeflatedZeros : public nuo::archive::archiveT<nuo::archive::reader> {
 public:

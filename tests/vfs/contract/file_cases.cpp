@@ -34,6 +34,19 @@ void OpenOrCreateKeepsTheContent(fs::IVfs& files) {
     EXPECT_EQ(ReadFile(files, "a"), "ab23456789");
 }
 
+void EmptyPartsOfAPathAreNothing(fs::IVfs& files) {
+    ASSERT_EQ(files.createDir("/d//"), fs::er_ok);
+    WriteFile(files, "d//a/", "text");
+    EXPECT_EQ(ReadFile(files, "d/a"), "text");
+    EXPECT_EQ(ReadFile(files, "/d/a//"), "text");
+    EXPECT_EQ(files.state("d/a/").state, fs::state_file);
+    EXPECT_EQ(files.truncate("d/a/", 2), fs::er_ok);
+    EXPECT_EQ(files.state("d/a").size, 2u);
+    EXPECT_EQ(files.remove("d/a/"), fs::er_ok);
+    EXPECT_EQ(files.state("d/a").state, fs::state_not_found);
+    EXPECT_EQ(files.remove("//d/"), fs::er_ok);
+}
+
 void CreateNeedsTheParent(fs::IVfs& files) {
     EXPECT_EQ(files.create("a/b", fs::mode_all, fs::open_or_create), nullptr);
     EXPECT_EQ(files.state("a").state, fs::state_not_found);
@@ -195,6 +208,7 @@ std::vector<Case> FileCases() {
         {"OpenExistingNeedsAFile", OpenExistingNeedsAFile},
         {"CreateNewRefusesWhatExists", CreateNewRefusesWhatExists},
         {"OpenOrCreateKeepsTheContent", OpenOrCreateKeepsTheContent},
+        {"EmptyPartsOfAPathAreNothing", EmptyPartsOfAPathAreNothing},
         {"CreateNeedsTheParent", CreateNeedsTheParent},
         {"CreateBelowAFileFails", CreateBelowAFileFails},
         {"CreateOnADirectoryFails", CreateOnADirectoryFails},

@@ -28,7 +28,8 @@ class file_record;
 ///
 /// Opening raises `archive_open_file_failed` (absent or refused), `archive_create_file_failed`
 /// (exists already with `create_new`, or can't be created) or `archive_stat_file_failed`. `write`
-/// and `truncate` raise `archive_append_failed` when the file can't take the bytes.
+/// and `truncate` raise `archive_append_failed` when the file can't take the bytes, `view_rd` and
+/// `view_wr` `archive_open_file_failed` when they can't be mapped.
 class file_read_archive : public archiveT<reader, random> {
 public:
     explicit file_read_archive(string_ref path);

@@ -69,11 +69,14 @@ bool Runtime::removeChild(Namespace from, nuo::string_ref name) {
 
 void Runtime::removeChildren(Namespace from) {
     auto& children = from.imp()->children;
-    for (const auto& [name, child] : children) {
+    while (!children.empty()) {
+        const auto first = children.begin();
+        NamespaceImp* const child = first->second;
         removeObjects(Namespace(child));
+        // Out of the map before it goes: values of the others may look for it.
+        children.erase(first);
         delete child;
     }
-    children.clear();
 }
 
 void Runtime::release(Object object) {

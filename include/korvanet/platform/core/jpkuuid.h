@@ -14,7 +14,7 @@ public:
     /// Characters of the text, without the terminating NUL.
     static constexpr int kTextLength = 36;
 
-    /// A fresh identifier.
+    /// A fresh identifier. Raises `std::system_error` when the system has no source of randomness.
     JPKUUID();
 
     /// True when `text` has the form above; digits may be of either case.

@@ -23,9 +23,9 @@ public:
     /// it is.
     static void UriEncode(const IString& text, IString& encoded);
 
-    /// Turns every escape back into its byte, and leaves all else alone ("+" stays "+"). False when
-    /// a
-    /// "%" is not followed by two hexadecimal digits, or an escape means NUL.
+    /// Turns every escape back into its byte, and leaves all else alone ("+" stays "+"). False, and
+    /// `decoded` is as it was, when a "%" is not followed by two hexadecimal digits, when an escape
+    /// means NUL, or when the bytes are no UTF-8, which a string could not hold.
     static bool PercentDecode(const IString& text, IString& decoded);
 
     /// The `size` bytes at `data` in base64 (RFC 4648, standard alphabet, padded, one line).

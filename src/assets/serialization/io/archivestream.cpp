@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "nuo/common/archive/primitives.h"
+
 namespace korvanet::platform::assets::detail {
 namespace {
 
@@ -47,21 +49,15 @@ bool ArchiveCursor::ReadExact(void* buffer, std::uint64_t length) const {
     if (length == 0) {
         return true;
     }
-    nuo::archive::byte_range rest(buffer, length);
-    while (!rest.empty() && CanRead()) {
-        rest.first = reader_->read(rest);
-    }
-    return rest.empty();
+    const nuo::archive::byte_range range(buffer, length);
+    return reader_ != nullptr && nuo::archive::read_some(*reader_, range) == range.last;
 }
 
 std::uint64_t ArchiveCursor::Write(const void* buffer, std::uint64_t length) const {
     if (writer_ == nullptr || length == 0) {
         return 0;
     }
-    nuo::archive::const_byte_range rest(buffer, length);
-    while (!rest.empty()) {
-        rest.first = writer_->write(rest);
-    }
+    nuo::archive::write_all(*writer_, {buffer, length});
     return length;
 }
 

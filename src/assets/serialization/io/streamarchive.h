@@ -111,7 +111,8 @@ struct OwnedStream {
 
 }  // namespace detail
 
-// The forms that own the stream: it is closed and then deleted, also when the constructor raises.
+// The forms that own the stream: it is closed and then deleted. When the constructor raises it is
+// deleted alone.
 template <class Archive, class Stream>
 class OwnStreamArchive : private detail::OwnedStream<Stream>, public Archive {
 public:

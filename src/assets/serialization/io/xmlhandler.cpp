@@ -10,6 +10,10 @@
 namespace korvanet::platform::assets {
 namespace {
 
+[[noreturn]] void RaiseBadInput() {
+    NUO_RAISE(xml_malformed_ex, "The xml input is bad.");
+}
+
 // One run of the parser. Nothing may be thrown through expat, which is C: the handlers catch,
 // stop the parser and leave the exception here.
 class Run {
@@ -57,6 +61,7 @@ private:
 
     void Start(const XML_Char* name, const XML_Char** attributes) {
         Deliver([&] {
+            if (driver_.elements.size() == kMaxOpenElements) RaiseBadInput();
             driver_.elements.emplace_back(name);
             XmlAttributes map;
             for (; *attributes != nullptr; attributes += 2) {
@@ -115,9 +120,7 @@ bool ParseXml(XmlDriverState& driver, nuo::archive::iarchive& source) {
     const nuo::buffer<nuo::byte> text = ReadWhole(source);
     driver.elements.clear();
     const bool parsed = !text.empty() && Run(driver).Parse(text);
-    if (!parsed || !driver.elements.empty()) {
-        NUO_RAISE(xml_malformed_ex, "The xml input is bad.");
-    }
+    if (!parsed || !driver.elements.empty()) RaiseBadInput();
     return true;
 }
 

@@ -5,6 +5,7 @@
 #define XML_DTD 1
 #include <expat.h>
 
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -21,6 +22,10 @@ inline constexpr float kMaxEntityGrowth = 8.0F;
 // small document may still grow by more, as a short one with one long entity does, and costs
 // nothing that is felt.
 inline constexpr unsigned long long kEntityGrowthHeldFrom = 256U << 10;
+
+// Deeper elements end a document, so that a file that opens one after the other and nothing else
+// does not take many times its size of memory. Chosen: so many take a few megabytes.
+inline constexpr std::size_t kMaxOpenElements = 65536;
 
 struct XmlParserDeleter {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }

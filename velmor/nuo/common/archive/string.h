@@ -13,7 +13,8 @@ namespace nuo::archive {
 
 /// The value is emptied first, so that a failure leaves it empty. Raises `read_failed` before any
 /// allocation when the archive knows its size and fewer bytes are left than the length tells.
-/// Bytes that turn out to be missing later read as zero.
+/// Bytes that turn out to be missing later read as zero. In an archive that does not know its size,
+/// `read_failed` tells that more is missing than the last 64 KiB.
 reader& operator>>(reader& in, string& value);
 reader& operator>>(reader& in, buffer<byte>& value);
 

@@ -59,16 +59,17 @@ reader& operator>>(reader& in, string& value) {
 reader& operator>>(reader& in, buffer<byte>& value) {
     value.clear();
     const std::uint64_t length = read_value<std::uint32_t>(in);
-    if (check_length(in, length)) {
-        value.resize(length);
-        read_some(in, {value.data(), length});
-    } else {
-        try {
+    const bool known = check_length(in, length);
+    try {
+        if (known) {
+            value.resize(length);
+            read_some(in, {value.data(), length});
+        } else {
             read_blind(in, length, value);
-        } catch (...) {
-            value.clear();
-            throw;
         }
+    } catch (...) {
+        value.clear();
+        throw;
     }
     return in;
 }

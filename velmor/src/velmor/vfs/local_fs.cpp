@@ -87,14 +87,19 @@ nuo::archive::archive_ptr openFile(nuo::string_ref path, unsigned mode, unsigned
 
 LocalFs::LocalFs(nuo::string directory) : resource_(std::move(directory)) {}
 
+// The system itself would take a "/" at the end for the claim that a directory stands there.
+nuo::string LocalFs::onDisk(nuo::string_ref path) const {
+    return joinPath(resource_, normalizePath(path));
+}
+
 fs_error LocalFs::remove(nuo::string_ref path) {
     const fs_error refused = checkRemovable(*this, path);
     // A link that leads nowhere is not found by following it, and can be removed all the same.
-    const bool dangling = refused == er_not_found && isLink(joinPath(resource_, path));
+    const bool dangling = refused == er_not_found && isLink(onDisk(path));
     if (refused != er_ok && !dangling) return refused;
     if (isRoot(path)) return er_invalid;
     boost::system::error_code failure;
-    const bool removed = disk::remove(diskPath(joinPath(resource_, path)), failure);
+    const bool removed = disk::remove(diskPath(onDisk(path)), failure);
     if (failure == errc::directory_not_empty || failure == errc::file_exists) return er_not_empty;
     if (failure) return er_data_error;
     return removed ? er_ok : er_not_found;
@@ -107,8 +112,10 @@ fs_error LocalFs::createDir(nuo::string_ref path) {
     if (present != state_not_found) return er_exist;
     if (state(folderOf(path)).state != state_directory) return er_not_found;
     boost::system::error_code failure;
-    disk::create_directory(diskPath(joinPath(resource_, normalizePath(path))), failure);
-    return failure ? er_data_error : er_ok;
+    // Somebody else may have made it since.
+    const bool made = disk::create_directory(diskPath(onDisk(path)), failure);
+    if (failure) return er_data_error;
+    return made ? er_ok : er_exist;
 }
 
 nuo::archive::archive_ptr LocalFs::create(nuo::string_ref path, unsigned mode, unsigned flag) {
@@ -118,7 +125,7 @@ nuo::archive::archive_ptr LocalFs::create(nuo::string_ref path, unsigned mode, u
     if (present == state_file && flag == create_new) return {};
     if (present == state_not_found && isTooDeep(path)) return {};
     try {
-        return openFile(joinPath(resource_, path), mode, flag);
+        return openFile(onDisk(path), mode, flag);
     } catch (const nuo::exception&) {
         return {};  // a file that cannot be opened is no exception to callers
     }
@@ -131,7 +138,7 @@ fs_error LocalFs::copy(nuo::string_ref from, nuo::string_ref to) {
 fs_error LocalFs::truncate(nuo::string_ref path, std::uint64_t size) {
     if (state(path).state != state_file) return er_data_error;
     boost::system::error_code failure;
-    disk::resize_file(diskPath(joinPath(resource_, path)), size, failure);
+    disk::resize_file(diskPath(onDisk(path)), size, failure);
     return failure ? er_data_error : er_ok;
 }
 
@@ -139,7 +146,7 @@ VfsNodeRange LocalFs::children(nuo::string_ref path) {
     disk::directory_iterator first;
     if (state(path).state == state_directory) {
         boost::system::error_code failure;
-        first = disk::directory_iterator(diskPath(joinPath(resource_, path)), failure);
+        first = disk::directory_iterator(diskPath(onDisk(path)), failure);
     }
     return nuo::make_range<VfsNode, VfsNode>(LocalFileIterator(first, *this),
                                              LocalFileIterator({}, *this));
@@ -148,7 +155,7 @@ VfsNodeRange LocalFs::children(nuo::string_ref path) {
 VfsNodeState LocalFs::state(nuo::string_ref path) {
     VfsNodeState result{{nuo::string(path), this}, state_invalid, 0};
     if (!staysInside(path)) return result;
-    const auto found = nuo::fsutility::stat_file(joinPath(resource_, path));
+    const auto found = nuo::fsutility::stat_file(onDisk(path));
     if (!found) {
         result.state = state_not_found;
     } else if (found->is_directory) {

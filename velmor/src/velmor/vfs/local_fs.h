@@ -33,6 +33,8 @@ public:
 
 private:
     RootFs* root_ = nullptr;
+    nuo::string onDisk(nuo::string_ref path) const;
+
     nuo::string resource_;
 };
 

@@ -1,7 +1,8 @@
+#include "velmor/vfs/temp_names.h"
+
 #include <cstdlib>
 
 #include "velmor/vfs/local_fs.h"
-#include "velmor/vfs/temp_names.h"
 
 namespace velmor::fs::local {
 

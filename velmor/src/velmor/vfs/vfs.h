@@ -81,9 +81,10 @@ public:
     /// Makes one directory; the parent must exist.
     virtual fs_error createDir(nuo::string_ref path) = 0;
 
-    /// Opens or creates a file. The archive has exactly the capabilities that `mode` asks for, a
-    /// position of its own, and belongs to the caller, who ends it before the file system. Null
-    /// when the file cannot be had; an exception only when there is a file and its data is bad.
+    /// Opens or creates a file. The archive reads and writes as `mode` asks for and has random
+    /// access always; its position is its own, and it belongs to the caller, who ends it before the
+    /// file system. Null when the file cannot be had; an exception only when there is a file and
+    /// its data is bad, or when the place that it is unpacked to fails.
     virtual nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode,
                                              unsigned flag) = 0;
 

@@ -36,6 +36,8 @@ fs_error copyArchive(nuo::archive::iarchive& from, nuo::archive::iarchive& to) {
         return sized == nullptr || sized->size() == copied ? er_ok : er_data_error;
     } catch (const nuo::archive::archive_append_failed&) {
         return er_data_error;
+    } catch (const nuo::archive::read_failed&) {
+        return er_data_error;
     }
 }
 
@@ -84,6 +86,10 @@ nuo::archive::archive_ptr recursiveCreate(IVfs& fs, nuo::string_ref path, unsign
                                           unsigned flag) {
     // The parents are there more often than not.
     if (auto archive = fs.create(path, mode, flag)) return archive;
+    // What no file system makes needs no folders.
+    if ((mode & (mode_read | mode_write)) == 0 ||
+        private_::countComponents(path) > max_path_components)
+        return {};
     if (recursiveCreateDir(fs, folderOf(path)) != er_ok) return {};
     return fs.create(path, mode, flag);
 }

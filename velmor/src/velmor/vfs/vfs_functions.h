@@ -30,7 +30,8 @@ nuo::archive::archive_ptr recursiveCreate(IVfs& fs, nuo::string_ref path, unsign
                                           unsigned flag);
 
 /// Copies a whole file, within one file system or between two. A target that was longer is cut.
-/// er_open_failed when either side cannot be opened, er_data_error when not all could be written.
+/// er_open_failed when either side cannot be opened, er_data_error when not all could be read or
+/// written. What `create` raises of a damaged source passes through.
 fs_error copyFile(const VfsNode& from, const VfsNode& to);
 
 /// The body of IVfs::copy for every file system: resolves `from` and copies it to `to` of `fs`.

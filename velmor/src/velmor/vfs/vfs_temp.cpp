@@ -1,6 +1,6 @@
-#include <random>
-
 #include "velmor/vfs/temp_names.h"
+
+#include <random>
 
 namespace velmor::fs {
 
@@ -15,12 +15,13 @@ constexpr int random_length = 12;
 constexpr nuo::string_ref alphabet = "abcdefghijklmnopqrstuvwxyz0123456789";
 
 nuo::string randomPath(nuo::string_ref parentDir, nuo::string_ref prefix) {
-    static std::mt19937_64 engine{std::random_device{}()};
-    std::uniform_int_distribution<std::uint64_t> pick(0, alphabet.size() - 1);
+    // Asked anew for each name: a generator of the process would give forked ones the same names.
+    std::random_device source;
+    std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1);
     nuo::string_builder name;
     name.append(prefix);
     for (int i = 0; i < random_length; ++i)
-        name.append(alphabet[pick(engine)]);
+        name.append(alphabet[pick(source)]);
     return joinPath(parentDir, name);
 }
 

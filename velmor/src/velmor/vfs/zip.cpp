@@ -18,6 +18,12 @@ namespace {
 constexpr std::uint16_t new_file_flags = zip_format::flag_utf8 | zip_format::flag_fast;
 constexpr std::uint16_t new_directory_flags = zip_format::flag_utf8;
 
+// What the cache takes of the content of one ZIP, whatever its entries say: they may share their
+// bytes, and a few of those inflate to much. Chosen: a gigabyte for any ZIP, so that plain pictures
+// and texts never come near it, and for larger ones 64 times their size.
+constexpr std::uint64_t least_allowance = std::uint64_t{1} << 30;
+constexpr std::uint64_t allowance_per_byte = 64;
+
 nuo::string_ref withoutLeadingSlash(nuo::string_ref path) {
     return path.starts_with("/") ? path.substr(1) : path;
 }
@@ -69,6 +75,7 @@ void ZipFsImp::open() {
     if (random->size() == 0) return;  // how a new ZIP starts
     if (archive.query_reader() == nullptr) NUO_RAISE(archive_io_fatal_error);
     nextId = readZipDirectory(archive, cache, tree);
+    codec_.setAllowance(std::max(least_allowance, random->size() * allowance_per_byte));
 }
 
 std::vector<file_header_ptr> ZipFsImp::entriesInOrder() const {

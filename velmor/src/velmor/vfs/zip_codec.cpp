@@ -17,9 +17,8 @@ constexpr int deflate_memory = 9;
 
 }  // namespace
 
-std::uint32_t zipChecksum(std::uint32_t so_far, nuo::archive::const_byte_range bytes) {
-    return static_cast<std::uint32_t>(
-        ::crc32(so_far, bytes.first, static_cast<uInt>(bytes.size())));
+std::uint32_t zipChecksum(std::uint32_t soFar, nuo::archive::const_byte_range bytes) {
+    return static_cast<std::uint32_t>(::crc32(soFar, bytes.first, static_cast<uInt>(bytes.size())));
 }
 
 ZipCodec::~ZipCodec() {
@@ -67,6 +66,11 @@ std::uint64_t ZipCodec::drain(z_stream& stream, nuo::archive::writer& to) {
     return made;
 }
 
+void ZipCodec::spend(std::uint64_t bytes) {
+    if (bytes > allowance_) NUO_RAISE(archive_runtime_error, "too much data");
+    allowance_ -= bytes;
+}
+
 std::uint64_t ZipCodec::copy(nuo::archive::reader& from, nuo::archive::writer& to,
                              std::uint64_t count) {
     makeBuffers();
@@ -98,6 +102,7 @@ void ZipCodec::inflateTo(nuo::archive::reader& from, std::uint64_t compressedSiz
         const bool starved = code == Z_BUF_ERROR && stream.avail_in == 0;
         if (code != Z_OK && code != Z_STREAM_END && !starved)
             NUO_RAISE(archive_runtime_error, "inflate bad data");
+        spend(chunk - stream.avail_out);
         const std::uint64_t made = drain(stream, to);
         total += made;
         if (total > zip_format::max_entry_size)

@@ -16,8 +16,9 @@ void readSourceData(const file_header& header, ZipCodec& codec, nuo::archive::wr
     header.source->query_random()->seek(header.dataOffset);
     nuo::archive::reader& source = *header.source->query_reader();
     if (header.method != zip_format::method_stored)
-        codec.inflateTo(source, header.compressedSize, target);
-    else if (codec.copy(source, target, header.compressedSize) != header.compressedSize)
+        return codec.inflateTo(source, header.compressedSize, target);
+    codec.spend(header.compressedSize);
+    if (codec.copy(source, target, header.compressedSize) != header.compressedSize)
         NUO_RAISE(archive_runtime_error, "data lost.");
 }
 

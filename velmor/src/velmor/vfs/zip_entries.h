@@ -6,7 +6,8 @@
 namespace velmor::fs {
 
 /// The cached file of an entry, with read, write and random access; the first call brings the
-/// entry's data into it. Raises archive_runtime_error when that fails; the next call starts over.
+/// entry's data into it and takes their size from the codec's allowance. Raises
+/// archive_runtime_error when that fails; the next call starts over.
 nuo::archive::archive_ptr openCachedFile(file_header& header, ZipCodec& codec);
 
 /// What a caller gets who opened an entry: a cursor over its cached file with the capabilities that

@@ -125,12 +125,15 @@ void ZipWriter::writeEntry(const file_header_ptr& header) {
     // The sizes stand in the header, whatever the entry had before.
     fresh.flags = static_cast<std::uint16_t>(fresh.flags & ~flag_descriptor);
     fresh.headerOffset = numeric_cast<std::uint32_t>(position_.offset());
-    const std::uint64_t data = position_.offset() + local_size + fresh.name.size();
+    const auto data =
+        numeric_cast<std::uint32_t>(position_.offset() + local_size + fresh.name.size());
+    // The highest number says that there are no data, and readers refuse it.
+    if (data == file_header::no_offset) throw boost::numeric::positive_overflow();
     if (fresh.fetched && fresh.dirty)
         writeTouched(fresh);
     else
         writeUntouched(fresh);
-    fresh.dataOffset = numeric_cast<std::uint32_t>(data);
+    fresh.dataOffset = data;
     written_.push_back({header, std::move(fresh)});
 }
 

@@ -9,8 +9,9 @@
 namespace velmor::fs {
 
 /// Writes a ZIP to an archive. Order of calls: writeEntry*, writeDirectory. Raises
-/// archive_io_fatal_error when a source ends early, and the checked conversion's failure for an
-/// offset, a size or a name that the form cannot tell.
+/// archive_io_fatal_error when a source ends early, archive_runtime_error when a changed entry's
+/// file cannot be had or deflated, and the checked conversion's failure for an offset, a size or a
+/// name that the form cannot tell; what `target` raises passes through.
 ///
 /// The entries' headers stay as they are until `adopt`, so that a failed write leaves them
 /// matching the archive that they were read from.
