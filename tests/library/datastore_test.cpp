@@ -518,4 +518,17 @@ TEST(DataStoreRecord, ConsecutiveBlocksAreReadAndWrittenInOneGo) {
     EXPECT_EQ(calls, 1);
 }
 
+// A last block that lost its tail is a record's all the same, as long as its used bytes are there.
+TEST(DataStore, NewBlocksLieBehindALastOneThatWasCut) {
+    std::string cut = Header(136, kNone, kNone, 0) + Block(kNone, 3, 1, 'a');
+    cut.resize(16 + 8 + 3);
+    Store store(cut);
+    EXPECT_EQ(store.Add(2, 'b'), 1u);
+    char text[3];
+    EXPECT_EQ(store->Open(0).Size(), 3u);
+    store->Open(0).Read({text, sizeof text});
+    EXPECT_EQ(std::string(text, sizeof text), "aaa");
+    EXPECT_EQ(store.Content().size(), 16u + 2 * 136);
+}
+
 }  // namespace

@@ -224,6 +224,43 @@ TEST(Presets, TheListingSkipsWhatWasRemovedAndEndsWithItsLibrary) {
     EXPECT_FALSE(walk.Previous());
 }
 
+TEST(Presets, TheListingMovesOnWhenTheDefinitionAtItsPositionIsRemoved) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    for (const char* name : {"A", "B", "C"})
+        AddPaint(*library, name);
+    AssetDefinitionDataIterator walk(**library, AllDefinitions(**library));
+    std::string left;
+    while (!walk.IsAtEnd()) {
+        UTF8String name;
+        ASSERT_TRUE(walk.GetName(name));
+        if (name == UTF8String("B")) {
+            left += name.AsUTF8();
+            walk.Next();
+        } else {
+            AssetDefinition& removed = library->Definition(name.AsUTF8());
+            removed.AddReference();
+            ASSERT_TRUE((*library)->RemovePreset(removed));
+            removed.Release();
+        }
+    }
+    EXPECT_EQ(left, "B");
+    EXPECT_EQ((*library)->RecordNames().size(), 1U);
+}
+
+TEST(Presets, ConnectedCopiesEnterTheSharedAssetsAndLeaveThem) {
+    TestHost host;
+    TestLibrary source(host, "starter.jpk", false);
+    auto library = std::make_unique<TestLibrary>(host, GeneralLibrary::Creating{"LIB", 0});
+    (*library)->Shared().SetEnabled(true);
+    ASSERT_NE((*library)->CreatePreset(source.Definition("Generic-001"), "Copy", {}), nullptr);
+    const auto entered = (*library)->Shared().ByNameOfType("texture");
+    (*library)->Shared().Clear();
+    (*library)->RebuildSharedAssets();
+    EXPECT_EQ(entered, (*library)->Shared().ByNameOfType("texture"));
+    EXPECT_FALSE(entered.empty());
+}
+
 TEST(Presets, ListingTouchesTheListingGroupAlone) {
     TestHost host;
     TestLibrary library(host, "starter.jpk", false);

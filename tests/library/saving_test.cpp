@@ -40,6 +40,37 @@ TEST(Saving, ANewLibraryHasItsPartsAndReadsBackEmpty) {
     EXPECT_TRUE(again->RecordNames().empty());
 }
 
+TEST(Saving, AFolderWithoutAnEntryOfItsOwnIsMade) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
+    library.SavedBytes();
+    ASSERT_EQ(library.package->remove("LIB/Schemas"), velmor::fs::er_ok);
+    LoadGlobal(host, "CommonSchema", kCommonSchemaXml);
+    ASSERT_NE(library->EnsureSchema(*LoadGlobal(host, "PaintSchema", kPaintSchemaXml)), nullptr);
+    EXPECT_TRUE(library->Save());
+    EXPECT_NE(library.Part("LIB/Schemas/PaintSchema.xml"), "");
+}
+
+TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    std::vector<AssetDefinition*> circle;
+    for (int i = 0; i < 60; ++i)
+        circle.push_back(&AddPaint(*library, ("C" + std::to_string(i)).c_str()));
+    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
+        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
+    };
+    for (std::size_t i = 0; i < circle.size(); ++i)
+        connect(*circle[i], *circle[(i + 1) % circle.size()]);
+    AssetDefinition* last = circle.back();
+    for (int i = 0; i < 20; ++i) {
+        AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
+        connect(next, *last);
+        last = &next;
+    }
+    EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
 TEST(Saving, AnIdentifierThatWouldBreakThePackageIsRefused) {
     TestHost host;
     for (const char* identifier :

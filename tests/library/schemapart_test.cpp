@@ -102,6 +102,57 @@ TEST(SchemaPart, PartsUnderOtherNamesGoWhenTheSchemaIsSavedUnderItsOwn) {
     EXPECT_NE(again.Definition("Red").FindProperty(nuo::string_ref("a_count")), nullptr);
 }
 
+// What a part holds is told by its UID: two of them may have each other's names.
+TEST(SchemaPart, PartsUnderEachOthersNamesAreBothThereAfterASave) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AddPaint(*library, "Red");
+        library->SavedBytes();
+        const std::string common = library->Part("LIB/Schemas/CommonSchema.xml");
+        const std::string paint = library->Part("LIB/Schemas/PaintSchema.xml");
+        library->Write("LIB/Schemas/CommonSchema.xml", paint);
+        library->Write("LIB/Schemas/PaintSchema.xml", common);
+        library->package->sync();
+        library->zip->commit();
+        bytes = library->archive.get_buffer();
+    }
+    {
+        TestHost other;
+        TestLibrary library(other, bytes, true);
+        AddPaint(library, "Blue");
+        bytes = library.SavedBytes();
+        EXPECT_NE(library.Part("LIB/Schemas/CommonSchema.xml").find("UID val=\"CommonSchema\""),
+                  std::string::npos);
+        EXPECT_NE(library.Part("LIB/Schemas/PaintSchema.xml").find("UID val=\"PaintSchema\""),
+                  std::string::npos);
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, false);
+    EXPECT_NE(again->LoadDefinition("Red"), nullptr);
+    EXPECT_NE(again->LoadDefinition("Blue"), nullptr);
+}
+
+TEST(SchemaPart, ThePartOfASchemaThatWaitsForItsBaseIsNotOverwritten) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    const std::string waiting =
+        R"(<AssetSchema><UID val="Waiting"/><Base val="Nowhere"/></AssetSchema>)";
+    {
+        auto library = MakePaintLibrary(host);
+        library->SavedBytes();
+        MoveSchema(*library, "PaintSchema.xml", {"A.xml"});
+        library->Write("LIB/Schemas/PaintSchema.xml", waiting);
+        library->package->sync();
+        library->zip->commit();
+        bytes = library->archive.get_buffer();
+    }
+    TestLibrary library(host, bytes, true);
+    EXPECT_FALSE(library->Save());
+    EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), waiting);
+}
+
 TEST(SchemaPart, ASchemaWhoseIdIsNoNameStaysInThePartThatItCameFrom) {
     TestHost host;
     nuo::buffer<nuo::byte> bytes;

@@ -19,7 +19,9 @@ Bytes BytesOf(const std::string& text) {
 std::vector<TocEntry> Read(const std::string& text, StreamVersion version = kTocVersion) {
     const Bytes bytes = BytesOf(text);
     nuo::archive::buffer_in in(bytes);
-    return ReadTableOfContents(in, version);
+    std::vector<TocEntry> entries;
+    ReadTableOfContents(in, version, [&](const TocEntry& entry) { entries.push_back(entry); });
+    return entries;
 }
 
 // The entry of a definition "Oak", block 0 and 258, schema "WoodSchema".

@@ -303,6 +303,31 @@ TEST_F(TheLibrary, CopiesADefinitionOfAnotherWithItsFiles) {
     copy->Release();
 }
 
+TEST_F(TheLibrary, CopiesADefinitionWithoutAFileThatIsDamagedInItsLibrary) {
+    const std::string path = CopySample("starter.jpk");
+    std::string bytes = ReadFile(path);
+    const std::size_t name = bytes.find("/tile0.png");
+    ASSERT_NE(name, std::string::npos);
+    bytes.replace(name + 10, 8, 8, '\xFF');
+    WriteFile(path, bytes);
+    assets::IAssetLibrary* source = Open(path);
+    assets::IAssetLibrary& target = *Create(Path("target.jpk"), "TARGET");
+    assets::IAssetDefinition* const definition = DefinitionOf(*source, "Bitmap-001");
+    std::shared_ptr<core::IDataReadStream> stream;
+    assets::IAssetInstance* const original = source->CreateInstance(definition);
+    const std::string uri = UriOf(*original, L"unifiedbitmap_Bitmap");
+    ASSERT_FALSE(source->OpenResource(stream, Text(uri.c_str())));
+    original->Release();
+    EXPECT_TRUE(target.CopyDefinition(definition, nullptr));
+    EXPECT_TRUE(Manager().SaveLibrary(&target));
+    assets::IAssetDefinition* const stored = DefinitionOf(target, "Bitmap-001");
+    assets::IAssetInstance* const copy = target.CreateInstance(stored);
+    EXPECT_EQ(UriOf(*copy, L"unifiedbitmap_Bitmap"), uri);
+    copy->Release();
+    stored->Release();
+    definition->Release();
+}
+
 TEST_F(TheLibrary, DoesNotCopyWhatHasNoSchemaOrNoAssetType) {
     assets::IAssetLibrary& library = Starter();
     EXPECT_FALSE(library.CopyDefinition(nullptr, nullptr));

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "assets/manager/assetlibrary.h"
 #include "tests/support/foreignlibrary.h"
 #include "tests/support/managertest.h"
 
@@ -118,6 +119,65 @@ TEST_F(Reopening, ALibraryThatWasNeverSavedTurnsBothWaysAndIsThenSaved) {
         stored->Release();
     }
     definition->Release();
+}
+
+TEST_F(Reopening, FilesThatWaitForASaveAreThereBothWays) {
+    const std::string path = CopySample("starter.jpk");
+    WriteFile(Path("new.png"), "picture");
+    assets::IAssetLibrary* library = OpenForWriting(path);
+    core::UTF8String uri;
+    const core::UTF8String file(Path("new.png").c_str());
+    ASSERT_TRUE(library->AddResource(uri, core::UTF8String(""), file, false));
+    const core::UTF8String name(
+        (std::string("jpk:?asset=/") + kStarterIdentifier + "/Resources/new.png").c_str());
+    ASSERT_NE(library = Reading(library), nullptr);
+    std::shared_ptr<core::IDataReadStream> stream;
+    EXPECT_TRUE(library->OpenResource(stream, name));
+    ASSERT_NE(library = Writing(library), nullptr);
+    core::UTF8String again;
+    EXPECT_TRUE(library->AddResource(again, core::UTF8String(""), file, false));
+    EXPECT_TRUE(again == uri);
+    EXPECT_TRUE(Manager().SaveLibrary(library));
+    EXPECT_TRUE(Unload(library));
+    ASSERT_NE(library = Open(path), nullptr);
+    ASSERT_TRUE(library->OpenResource(stream, name));
+    std::string text(7, '\0');
+    EXPECT_TRUE(stream->ReadExact(text.data(), text.size()));
+    EXPECT_EQ(text, "picture");
+}
+
+TEST_F(Reopening, WhatWasRemovedBeforeGivesItsBlocksToTheNextSave) {
+    const std::string path = CopySample("starter.jpk");
+    for (const bool for_writing : {false, true}) {
+        assets::IAssetLibrary* library = for_writing ? OpenForWriting(path) : Open(path);
+        auto& own = dynamic_cast<assets::AssetLibrary&>(*library);
+        const char* const name = for_writing ? "Bitmap-002" : "Bitmap-001";
+        ASSERT_NE(own.Document().FindRecord(name), nullptr) << name;
+        const std::uint32_t listing = own.Document().FindRecord(name)->definitionBlock;
+        const std::uint32_t instance = own.Document().FindRecord(name)->instanceBlock;
+        assets::IAssetDefinition* const removed = DefinitionOf(*library, name);
+        ASSERT_TRUE(library->RemovePreset(removed));  // takes the reference with it
+        if (for_writing) {
+            ASSERT_NE(library = Reading(library), nullptr);
+        }
+        ASSERT_NE(library = Writing(library), nullptr);
+        ASSERT_NE(own.Document().DefinitionStore(), nullptr);
+        EXPECT_TRUE(own.Document().DefinitionStore()->IsFree(listing));
+        EXPECT_TRUE(own.Document().InstanceStore()->IsFree(instance));
+        ASSERT_TRUE(Manager().SaveLibrary(library));
+        EXPECT_TRUE(Unload(library));
+    }
+}
+
+TEST_F(Reopening, ALibraryThatWasUnloadedGivesNull) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = Open(path);
+    assets::IAssetLibrary* const gone = library;
+    ASSERT_TRUE(Unload(library));
+    library = gone;
+    EXPECT_EQ(Manager().ReopenForWriting(&library), nullptr);
+    EXPECT_EQ(Manager().ReopenForReading(&library), nullptr);
+    EXPECT_EQ(library, gone);
 }
 
 TEST_F(Reopening, AReadOnlyFileIsRefused) {

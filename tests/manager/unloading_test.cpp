@@ -12,7 +12,7 @@ class Unloading : public ManagerTest {};
 TEST_F(Unloading, ALibraryWithoutAClaimWarnsAndStays) {
     assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
     ASSERT_NE(library, nullptr);
-    assets::AsAssetLibrary(library)->DropUse();
+    dynamic_cast<assets::AssetLibrary*>(library)->DropUse();
     EXPECT_TRUE(Unload(library));
     EXPECT_THAT(Reports(), ElementsAre("warning: A lifetime management error occured while "
                                        "unloading the library document"));

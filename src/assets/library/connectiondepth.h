@@ -7,7 +7,7 @@
 namespace korvanet::platform::assets {
 
 // How deep the connections of tables reach: 0 for a table without any. Connections that lead back
-// to a table on the way do not count. Each table is walked once.
+// to a table on the way do not count. Each table is walked once, but for those in circles.
 class ConnectionDepth {
 public:
     int Of(const PropertyTableImp& table);
@@ -20,6 +20,7 @@ private:
     int Walk(const PropertyTableImp& table, int level);
 
     std::map<const PropertyTableImp*, int> depths_;
+    bool met_circle_ = false;
 };
 
 }  // namespace korvanet::platform::assets

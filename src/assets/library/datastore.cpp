@@ -91,13 +91,13 @@ void DataStore::ReadFreeChain(std::uint32_t first) {
 }
 
 std::uint32_t DataStore::AppendBlocks(std::uint32_t count) {
-    const std::uint64_t size = file_.Size();
-    const std::uint64_t grown = size + std::uint64_t{count} * kBlockSize;
+    // Behind a last block that was cut, which may be a record's still.
+    const std::uint64_t first = file_.LongestChain();
+    const std::uint64_t grown = BlockOffset(static_cast<std::uint32_t>(first + count));
     if (grown > std::numeric_limits<std::uint32_t>::max())
         NUO_RAISE(bad_datastore, "the store is full");
-    const auto first = static_cast<std::uint32_t>(file_.BlockCount());
     file_.Resize(grown);
-    return first;
+    return static_cast<std::uint32_t>(first);
 }
 
 DataRecord DataStore::Allocate(std::uint32_t size) {

@@ -136,8 +136,10 @@ PropertyTableImp* AssetDefinitionDataIterator::Listing() const {
     return Guarded(nullptr, [&] { return &library_->LoadListing(*record); });
 }
 
+// The definition at the position may have gone since: the walk stands at the next one then.
 HalvernAsset* AssetDefinitionDataIterator::Record() const {
     if (position_ >= names_.size() || alive_.expired()) return nullptr;
+    if (record_generation_ != library_->Generation() && !Skip(position_, true)) return nullptr;
     if (record_ == nullptr || record_position_ != position_ ||
         record_generation_ != library_->Generation()) {
         record_ = library_->FindRecord(names_[position_]);

@@ -49,7 +49,7 @@ private:
     GeneralLibrary* library_;
     std::weak_ptr<const GeneralLibrary> alive_;
     std::vector<nuo::string> names_;
-    std::size_t position_ = 0;
+    mutable std::size_t position_ = 0;
     // The record that was found last, good as long as the library's generation is the same.
     mutable HalvernAsset* record_ = nullptr;
     mutable std::size_t record_position_ = 0;

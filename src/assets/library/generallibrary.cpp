@@ -79,6 +79,7 @@ void GeneralLibrary::SetReadOnlyOption() {
 // A new store has no header until it is flushed, and what was freed since the last save is known in
 // memory alone.
 void GeneralLibrary::CloseStores() {
+    resources_->TakeUncommittedOut();
     if (definition_store_) definition_store_->Flush();
     if (instance_store_) instance_store_->Flush();
     definition_store_.reset();

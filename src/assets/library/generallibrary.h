@@ -154,7 +154,8 @@ public:
     AssetDefinition* CreatePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
-    // stored it raises, and records that were made for it are gone again.
+    // stored it raises, and records that were made for it are gone again; one that was there before
+    // keeps what it took from the source.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.
@@ -175,6 +176,9 @@ public:
     // Writes what has changed into the package. False for content that must not be written; raises
     // for content that cannot.
     bool Save();
+    // What the package holds has reached its file.
+    void NoteCommit();
+    // Before the package is given another archive; what was not committed is kept.
     void CloseStores();
     // Opens the stores anew, after the package was given another archive. Only in the present
     // layout.
@@ -186,6 +190,9 @@ public:
     void PrepareForReload();
 
 private:
+    // Of each schema of the library, the part that it is written to.
+    using SchemaLeaves = std::map<nuo::string, nuo::string, nuo::string_less>;
+
     friend class LibraryConnectionCodec;
     friend class AssetCopier;
 
@@ -231,7 +238,8 @@ private:
     void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
     bool WriteSchemas();
     nuo::string SchemaLeaf(const nuo::string& id) const;
-    void RemoveOtherParts(const nuo::string& id, const nuo::string& leaf);
+    SchemaLeaves ChooseSchemaLeaves() const;
+    void RemoveOtherParts(const SchemaLeaves& leaves);
     bool WriteContents();
     bool WriteVersionTable();
     bool SaveLegacy();
@@ -279,6 +287,10 @@ private:
     nuo::string scratch_folder_;
     // Of each schema that was read, the parts that told it.
     std::multimap<nuo::string, nuo::string, nuo::string_less> schema_parts_;
+    // What was freed since the package was committed, by its first block: stores that are opened
+    // anew know it as records still.
+    std::vector<std::uint32_t> freed_definition_blocks_;
+    std::vector<std::uint32_t> freed_instance_blocks_;
     // No two records of the open stores share a block.
     bool blocks_checked_ = false;
     // How the records in the stores were written.

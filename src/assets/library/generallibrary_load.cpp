@@ -9,8 +9,8 @@
 #include "assets/package/packageoptions.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemamanager.h"
+#include "nuo/common/archive/primitives.h"
 #include "nuo/common/buffer_archive.h"
-#include "nuo/common/string_algo/number.h"
 #include "velmor/vfs/vfs_functions.h"
 
 namespace korvanet::platform::assets {
@@ -18,6 +18,16 @@ namespace korvanet::platform::assets {
 namespace fs = velmor::fs;
 
 namespace {
+
+// Chosen: a hundred bytes are written; what lies further behind is not looked at.
+constexpr std::uint64_t kMostVersionText = std::uint64_t{1} << 20;
+
+nuo::string ReadText(nuo::archive::iarchive& part, std::uint64_t most) {
+    const std::uint64_t size = std::min(part.query_random()->size(), most);
+    return nuo::string::filled(size, [&](char* text) {
+        nuo::archive::read_exact(*part.query_reader(), {text, size});
+    });
+}
 
 bool IsFolder(fs::IVfs& package, nuo::string_ref path) {
     return package.state(path).state == fs::state_directory;
@@ -142,12 +152,8 @@ void GeneralLibrary::LoadLegacy() {
 
 void GeneralLibrary::ReadVersionTable() {
     VersionTable table;
-    if (const auto part = OpenPart(package_, Path(kVersionTablePart))) {
-        nuo::archive::mem_read_write_archive text;
-        CopyAll(*part, text);
-        const auto* first = reinterpret_cast<const char*>(text.get_buffer().data());
-        if (first != nullptr) table = ParseVersionTable({first, text.get_buffer().size()});
-    }
+    if (const auto part = OpenPart(package_, Path(kVersionTablePart)))
+        table = ParseVersionTable(ReadText(*part, kMostVersionText));
     toc_version_ = table.toc;
     definition_version_ = table.definitions;
     instance_version_ = table.instances;
@@ -190,13 +196,13 @@ void GeneralLibrary::ReadContents() {
     if (toc_version_.major > kHighestMajor) NUO_RAISE(JpkVersionErr);
     const auto part = OpenPart(package_, Path(kContentsPart));
     if (!part) NUO_RAISE(JpkFsErr);
-    for (const TocEntry& entry : ReadTableOfContents(*part, toc_version_)) {
-        if (Contains(entry.identifier)) continue;  // the first of one name counts
+    ReadTableOfContents(*part, toc_version_, [this](const TocEntry& entry) {
+        if (Contains(entry.identifier)) return;  // the first of one name counts
         HalvernAsset& record = AddRecord(entry.identifier);
         record.baseSchema = entry.base_schema;
         record.definitionBlock = entry.definition_block;
         record.instanceBlock = entry.instance_block;
-    }
+    });
     if (toc_version_.minor >= kTocVersion.minor) return;
     toc_version_.minor = kTocVersion.minor;
     version_table_dirty_ = true;
@@ -225,6 +231,11 @@ void GeneralLibrary::ReopenStores(bool for_writing) {
     auto definitions = OpenStore(Path(kDefinitionStorePart), for_writing);
     instance_store_ = OpenStore(Path(kInstanceStorePart), for_writing);
     definition_store_ = std::move(definitions);
+    if (for_writing) resources_->PutUncommittedBack();
+    for (const std::uint32_t block : freed_definition_blocks_)
+        definition_store_->Free(block);
+    for (const std::uint32_t block : freed_instance_blocks_)
+        instance_store_->Free(block);
 }
 
 bool GeneralLibrary::HasBlocks() const {

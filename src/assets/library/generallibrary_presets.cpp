@@ -49,8 +49,12 @@ AssetDefinition* GeneralLibrary::StorePreset(PropertyTableImp& source, nuo::stri
     for (const PresetValue& value : values)
         SetValue(*made, value);
     if (shared_.Enabled()) {
-        if (present != nullptr) shared_.Leave(former);
-        shared_.Enter(SharedEntry(*made));
+        if (present != nullptr) {
+            shared_.Leave(former);
+            shared_.Enter(SharedEntry(*made));
+        }
+        for (const nuo::string& name : fresh)
+            shared_.Enter(SharedEntry(*FindRecord(name)->table));
     }
     auto& definition = static_cast<AssetDefinition&>(*made);
     definition.SetAssetLibId(identifier_);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 #include "assets/asset/assetmeta.h"
@@ -165,12 +166,21 @@ void GeneralLibrary::CheckConnectionDepth() {
 // The numbers go with the blocks: should a later step fail, another record may have these blocks by
 // the time that this one is written after all.
 void GeneralLibrary::FreeBlocks(HalvernAsset& record) {
-    const auto free = [](DataStore* store, std::uint32_t& block) {
-        if (block != HalvernAsset::kNoBlock) store->Free(block);
+    const auto free = [](DataStore* store, std::uint32_t& block,
+                         std::vector<std::uint32_t>& freed) {
+        if (block == HalvernAsset::kNoBlock) return;
+        store->Free(block);
+        freed.push_back(block);
         block = HalvernAsset::kNoBlock;
     };
-    free(definition_store_.get(), record.definitionBlock);
-    free(instance_store_.get(), record.instanceBlock);
+    free(definition_store_.get(), record.definitionBlock, freed_definition_blocks_);
+    free(instance_store_.get(), record.instanceBlock, freed_instance_blocks_);
+}
+
+void GeneralLibrary::NoteCommit() {
+    freed_definition_blocks_.clear();
+    freed_instance_blocks_.clear();
+    resources_->NoteCommit();
 }
 
 // In a damaged store records may share blocks, with each other or with the free ones; to free or to
@@ -217,15 +227,33 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     record.state = 0;
 }
 
+// All parts have their names before any is written: what a schema was read from may have the name
+// that follows from the id of another one.
 bool GeneralLibrary::WriteSchemas() {
+    const SchemaLeaves leaves = ChooseSchemaLeaves();
     for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
         const nuo::string text = WriteSchemaXml(*schema);
-        if (!KeepsItsShape(*schema) || !IsReadableSchema(text)) return false;
-        const nuo::string leaf = SchemaLeaf(schema->Id());
-        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaf)), text);
-        RemoveOtherParts(schema->Id(), leaf);
+        const auto leaf = leaves.find(schema->Id());
+        if (leaf == leaves.end() || !KeepsItsShape(*schema) || !IsReadableSchema(text))
+            return false;
+        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaf->second)), text);
     }
+    RemoveOtherParts(leaves);
     return true;
+}
+
+// By the id of each schema. One whose part would be written over another's has none: also over that
+// of a schema which still waits for its base and is in its file alone.
+GeneralLibrary::SchemaLeaves GeneralLibrary::ChooseSchemaLeaves() const {
+    std::set<nuo::string, nuo::string_less> taken;
+    for (const auto& [id, part] : schema_parts_)
+        if (schemas_->FindOwn(id) == nullptr) taken.insert(part);
+    SchemaLeaves leaves;
+    for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
+        const nuo::string leaf = SchemaLeaf(schema->Id());
+        if (taken.insert(leaf).second) leaves.emplace(schema->Id(), leaf);
+    }
+    return leaves;
 }
 
 // The part that a schema is written to. One that came under a name which does not follow from its
@@ -238,12 +266,17 @@ nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
 }
 
 // A schema has one part: of several the next reader would take the first, and with it an old form.
-void GeneralLibrary::RemoveOtherParts(const nuo::string& id, const nuo::string& leaf) {
-    const auto [first, last] = schema_parts_.equal_range(id);
-    for (auto at = first; at != last; ++at)
-        if (!(at->second == leaf)) package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
-    schema_parts_.erase(first, last);
-    schema_parts_.emplace(id, leaf);
+void GeneralLibrary::RemoveOtherParts(const SchemaLeaves& leaves) {
+    std::set<nuo::string, nuo::string_less> written;
+    for (const auto& [id, leaf] : leaves)
+        written.insert(leaf);
+    for (auto at = schema_parts_.begin(); at != schema_parts_.end();) {
+        const bool own = leaves.count(at->first) != 0;
+        if (own && written.count(at->second) == 0)
+            package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
+        at = own ? schema_parts_.erase(at) : std::next(at);
+    }
+    schema_parts_.insert(leaves.begin(), leaves.end());
 }
 
 bool GeneralLibrary::WriteContents() {
@@ -287,7 +320,8 @@ bool GeneralLibrary::SaveLegacy() {
 
 // A part that is written whole, from its start and without what stood there.
 nuo::archive::archive_ptr GeneralLibrary::OpenForRewrite(nuo::string_ref path) {
-    auto part = package_.create(path, fs::mode_all, fs::open_or_create);
+    // Packages of others need not have entries for their folders.
+    auto part = fs::recursiveCreate(package_, path, fs::mode_all, fs::open_or_create);
     if (!part) NUO_RAISE(JpkFsErr);
     part->query_writer()->truncate(0);
     part->query_random()->seek(0);

@@ -42,6 +42,7 @@ void GeneralLibrary::GoBackTo(Layout former) {
     fs::recursiveRemove(package_, Path(kSchemasFolder));
     layout_ = former;
     resources_->SetLegacyLayout(true);
+    resources_->NoteCommit();  // what came in for the new layout is of no use
 }
 
 // The files of the older folder come to where the present layout keeps them, and every record is to

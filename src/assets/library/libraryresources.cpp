@@ -6,6 +6,7 @@
 #include "assets/manager/base/path.h"
 #include "assets/package/jpkfs.h"
 #include "assets/property/urivalues.h"
+#include "nuo/common/archive/primitives.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/file_archive.h"
 #include "nuo/common/fsutility.h"
@@ -28,8 +29,15 @@ nuo::archive::archive_ptr OpenFile(nuo::string_ref path) {
     if (!status || !status->is_regular) return nullptr;
     try {
         return nuo::archive::make_archive<nuo::archive::file_read_archive>(path);
-    } catch (
-        const nuo::exception&) {  // tolerated because a file that cannot be read is as good as none
+    } catch (const nuo::exception&) {  // as good as none
+        return nullptr;
+    }
+}
+
+nuo::archive::archive_ptr OpenForeignPart(ILibraryHost& host, nuo::string_ref path) {
+    try {
+        return host.OpenForeignPart(path);
+    } catch (const nuo::exception&) {  // damage of another library is none of this one
         return nullptr;
     }
 }
@@ -81,7 +89,7 @@ nuo::string LibraryResources::Add(nuo::string_ref source, nuo::string_ref type,
                                   nuo::string_ref folder) {
     if (type.empty()) {
         const auto known = paths_.find(source);
-        if (known != paths_.end()) return known->second;
+        if (known != paths_.end() && PartExists(known->second)) return known->second;
     }
     Source opened = OpenSource(source);
     if (!opened.archive) return {};
@@ -108,10 +116,16 @@ bool LibraryResources::Rewrite(PropertyBase& property, nuo::string_ref definitio
 }
 
 nuo::archive::archive_ptr LibraryResources::OpenPart(nuo::string_ref path) {
-    const auto part = package_.create(path, fs::mode_read | fs::mode_random, fs::open_existing);
-    if (!part) return nullptr;
     auto copy = nuo::archive::make_archive<nuo::archive::mem_read_write_archive>();
-    CopyAll(*part, *copy);
+    const auto waiting = taken_out_.find(path);
+    if (waiting != taken_out_.end()) {
+        nuo::archive::write_all(*copy->query_writer(),
+                                {waiting->second.begin(), waiting->second.end()});
+    } else {
+        const auto part = package_.create(path, fs::mode_read | fs::mode_random, fs::open_existing);
+        if (!part) return nullptr;
+        CopyAll(*part, *copy);
+    }
     copy->query_random()->seek(0);
     return copy;
 }
@@ -132,7 +146,7 @@ LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {
         return {OpenFile(path), path};
     }
     const nuo::string_ref path = ResourcePath(source);
-    return {IsHere(path) ? OpenPart(path) : host_.OpenForeignPart(path), path};
+    return {IsHere(path) ? OpenPart(path) : OpenForeignPart(host_, path), path};
 }
 
 nuo::string LibraryResources::Import(nuo::string_ref value, nuo::string_ref folder) {
@@ -181,6 +195,33 @@ void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref fol
         package_.remove(target);
         throw;
     }
+    NoteStored(target);
+}
+
+void LibraryResources::NoteCommit() {
+    uncommitted_.clear();
+    taken_out_.clear();
+}
+
+void LibraryResources::TakeUncommittedOut() {
+    for (const nuo::string& path : uncommitted_) {
+        const auto part = OpenPart(path);
+        if (!part) continue;
+        nuo::buffer<nuo::byte> bytes;
+        bytes.resize(part->query_random()->size());
+        nuo::archive::read_exact(*part->query_reader(), {bytes.begin(), bytes.end()});
+        taken_out_.insert_or_assign(path, std::move(bytes));
+    }
+}
+
+void LibraryResources::PutUncommittedBack() {
+    for (const auto& [path, bytes] : taken_out_) {
+        const auto part = fs::recursiveCreate(package_, path, fs::mode_all, fs::open_or_create);
+        if (!part) NUO_RAISE(JpkFsErr, path);
+        part->query_writer()->truncate(0);
+        nuo::archive::write_all(*part->query_writer(), {bytes.begin(), bytes.end()});
+    }
+    taken_out_.clear();
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {

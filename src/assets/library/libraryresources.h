@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 
 #include "assets/library/ilibraryhost.h"
 #include "assets/property/property.h"
+#include "nuo/common/buffer.h"
 #include "nuo/common/iarchive.h"
 #include "nuo/common/string.h"
 #include "velmor/vfs/vfs.h"
@@ -40,6 +42,14 @@ public:
     // are. True when a value changed. Raises as Add.
     bool Rewrite(PropertyBase& property, nuo::string_ref definition);
 
+    // Parts that have come in since the package was committed are lost when it is given another
+    // archive, unless they are taken out before. They can be read meanwhile, and are put back into
+    // an archive that can be written.
+    void NoteStored(nuo::string_ref path) { uncommitted_.insert(nuo::string(path)); }
+    void NoteCommit();
+    void TakeUncommittedOut();
+    void PutUncommittedBack();
+
     // The bytes of a part, in memory of their own; null when there is no such part.
     nuo::archive::archive_ptr OpenPart(nuo::string_ref path);
 
@@ -63,6 +73,9 @@ private:
     const nuo::string& identifier_;
     const nuo::string& scratch_folder_;
     bool legacy_ = false;
+    std::set<nuo::string, nuo::string_less> uncommitted_;
+    // What was taken out, by path.
+    std::map<nuo::string, nuo::buffer<nuo::byte>, nuo::string_less> taken_out_;
     std::map<nuo::string, nuo::string, nuo::string_less>
         paths_;                                             // source text to path in the package
     std::map<nuo::string, int, nuo::string_less> numbers_;  // target to the last number used for it

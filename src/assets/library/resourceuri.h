@@ -21,13 +21,12 @@ nuo::string_ref WithoutFileScheme(nuo::string_ref text);
 
 // A text as one component of a path in a package and of a folder on disk: it can neither leave its
 // place nor break the manifests. "/" becomes "%2F", "\" "%5C", "<" "%3C", a double quote "%22", "&"
-// "%26", a control character its two digits;
-// "." and ".." become "%2E" and "%2E%2E", and so do the dots of names that a package keeps for
-// itself: "core%2Exml".
+// "%26", a control character its two digits; "." and ".." become "%2E" and "%2E%2E", and so do the
+// dots of names that a package keeps for itself: "core%2Exml".
 nuo::string PathComponent(nuo::string_ref text);
 
-// A file name as a component, with "#" as "%23" besides. Empty for "", "." and
-// "..", which name no file.
+// A file name as a component, with "#" as "%23" besides. Empty for "", "." and "..", which name
+// no file.
 nuo::string ResourceFileName(nuo::string_ref leaf);
 
 // "a.png" with 2 gives "a(2).png", "a" gives "a(2)".

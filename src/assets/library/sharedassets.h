@@ -14,9 +14,10 @@ namespace korvanet::platform::assets {
 // name. Nothing here is stored in the library: the indexes are rebuilt from the definitions when
 // the mode is turned on.
 //
-//   by name     the UI name at first; AddSharedAsset and RemoveSharedAsset edit it, so one asset
-//   may have several names by UI name  always the UI name by type     everything of one asset type,
-//   under a key with an empty name
+// - by name: the UI name at first; AddSharedAsset and RemoveSharedAsset edit it, so one asset may
+//   have several names
+// - by UI name: always the UI name
+// - by type: everything of one asset type, under a key with an empty name
 class SharedAssets {
 public:
     using Identifiers = std::set<nuo::string, nuo::string_less>;

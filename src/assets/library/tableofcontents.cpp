@@ -7,9 +7,9 @@ namespace korvanet::platform::assets {
 using nuo::archive::operator>>;
 using nuo::archive::operator<<;
 
-std::vector<TocEntry> ReadTableOfContents(nuo::archive::iarchive& file, StreamVersion version) {
+void ReadTableOfContents(nuo::archive::iarchive& file, StreamVersion version,
+                         const std::function<void(const TocEntry&)>& take) {
     nuo::archive::reader& in = *file.query_reader();
-    std::vector<TocEntry> entries;
     while (in.readable()) {
         TocEntry entry;
         in >> entry.identifier >> entry.asset_type >> entry.definition_block >>
@@ -18,9 +18,8 @@ std::vector<TocEntry> ReadTableOfContents(nuo::archive::iarchive& file, StreamVe
         if (entry.definition_block == HalvernAsset::kNoBlock ||
             entry.instance_block == HalvernAsset::kNoBlock)
             continue;
-        entries.push_back(std::move(entry));
+        take(entry);
     }
-    return entries;
 }
 
 void WriteTocEntry(nuo::archive::writer& out, const TocEntry& entry) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <functional>
 
 #include "assets/library/versiontable.h"
 #include "assets/property/halvernasset.h"
@@ -24,9 +24,11 @@ struct TocEntry {
     nuo::string base_schema;
 };
 
-// Reads to the end. Entries that name no block are left out. Raises read_failed for a file that
-// ends inside an entry and for a string longer than what is left.
-std::vector<TocEntry> ReadTableOfContents(nuo::archive::iarchive& file, StreamVersion version);
+// Reads to the end and gives each entry as it comes, also of a name that has come before. Entries
+// that name no block are left out. Raises read_failed for a file that ends inside an entry and for
+// a string longer than what is left.
+void ReadTableOfContents(nuo::archive::iarchive& file, StreamVersion version,
+                         const std::function<void(const TocEntry&)>& take);
 
 void WriteTocEntry(nuo::archive::writer& out, const TocEntry& entry);
 

@@ -21,10 +21,6 @@ constexpr std::array<nuo::string_ref, 7> kAssetTypes{
 
 }  // namespace
 
-AssetLibrary* AsAssetLibrary(IAssetLibrary* library) {
-    return dynamic_cast<AssetLibrary*>(library);
-}
-
 void AssetLibrary::GetIdentifier(IString& identifier) const {
     Assign(identifier, Identifier());
 }

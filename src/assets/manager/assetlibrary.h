@@ -194,7 +194,4 @@ private:
     LockFile lock_;
 };
 
-// The library's own object behind a host's pointer, or null.
-AssetLibrary* AsAssetLibrary(IAssetLibrary* library);
-
 }  // namespace korvanet::platform::assets

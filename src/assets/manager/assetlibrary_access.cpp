@@ -30,8 +30,9 @@ bool AssetLibrary::GiveUpWriteAccess() {
     return true;
 }
 
-// Puts the package on the working file opened anew. Changes that wait below the package are lost;
-// those of the document stay. When it raises everything is as it was.
+// Puts the package on the working file opened anew. The document keeps its changes, and the files
+// that came with them; others that wait below the package are lost. When it raises everything is as
+// it was.
 void AssetLibrary::Reopen(bool for_writing) {
     std::unique_ptr<ZipLayer> layer = OpenLayer(stack_.copy.get(), for_writing);
     Document().CloseStores();

@@ -65,6 +65,7 @@ bool AssetLibrary::ReplaceResource(StreamHandle& stream, const IString& name, co
         const auto part =
             fs::recursiveCreate(*stack_.package, path, fs::mode_all, fs::open_or_create);
         if (!part) return false;
+        Document().Resources().NoteStored(path);
         part->query_writer()->truncate(0);
         part->query_random()->seek(0);
         CopyAll(*bytes, *part);

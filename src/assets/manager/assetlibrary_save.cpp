@@ -19,6 +19,7 @@ bool AssetLibrary::Save() {
 void AssetLibrary::Commit() {
     stack_.package->sync();
     stack_.layer->Commit();
+    Document().NoteCommit();
     commit_pending_ = false;
 }
 

@@ -7,7 +7,7 @@
 namespace korvanet::platform::assets {
 
 IAssetLibrary* AssetLibraryManager::ReopenForWriting(IAssetLibrary** library) {
-    AssetLibrary* const own = library != nullptr ? AsAssetLibrary(*library) : nullptr;
+    AssetLibrary* const own = library != nullptr ? libraries_.Find(*library) : nullptr;
     if (own == nullptr) return nullptr;
     if (own->Document().IsReadOnlyOption() || IsReadOnlyFile(libraries_.PathOf(*own))) {
         HalvernError("Cannot reopen a read-only asset library for writing.").Deliver();
@@ -17,7 +17,7 @@ IAssetLibrary* AssetLibraryManager::ReopenForWriting(IAssetLibrary** library) {
 }
 
 IAssetLibrary* AssetLibraryManager::ReopenForReading(IAssetLibrary** library) {
-    AssetLibrary* const own = library != nullptr ? AsAssetLibrary(*library) : nullptr;
+    AssetLibrary* const own = library != nullptr ? libraries_.Find(*library) : nullptr;
     if (own == nullptr) return nullptr;
     return own->GiveUpWriteAccess() ? std::exchange(*library, nullptr) : nullptr;
 }

@@ -14,7 +14,7 @@ class JpkFsImp;
 // and folders; the manifests beside them are hidden, follow every change in memory, and are written
 // by `sync`. The names of the manifests are reserved in every folder.
 //
-// Order of calls: any, then `sync` once, then the commit of the file system below, which is the
+// Order of calls: any, then `sync` before each commit of the file system below, which is the
 // caller's. Destruction writes nothing.
 class JpkFs : public velmor::fs::IVfs {
 public:
