@@ -1,5 +1,4 @@
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <zlib.h>
 
 #include <memory>

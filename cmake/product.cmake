@@ -12,7 +12,8 @@ add_library(Halvern::halvern ALIAS halvern)
 set_target_properties(halvern PROPERTIES
   LINKER_LANGUAGE CXX
   VERSION ${PROJECT_VERSION}
-  SOVERSION ${PROJECT_VERSION_MAJOR}
+  # Before 1.0 every minor version may change the interfaces.
+  SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
   # The units service lies beside the library and is found there by its plain name.
   BUILD_WITH_INSTALL_RPATH ON
   INSTALL_RPATH "$ORIGIN"

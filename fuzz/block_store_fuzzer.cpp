@@ -12,14 +12,25 @@ namespace {
 namespace assets = korvanet::platform::assets;
 
 constexpr std::size_t kSteps = 16;
-// Far above any record of the seeds; a record may rightly be as long as the file.
-constexpr std::uint32_t kMostBytes = 1 << 16;
+
+// From one byte to more than what is written at once: six bits choose, small ones finely.
+std::uint32_t SizeOf(std::uint32_t argument) {
+    return 1 + argument * argument * 17;
+}
 
 void Read(assets::DataStore& store, std::uint32_t id) {
     assets::DataRecord record = store.Open(id);
     nuo::buffer<nuo::byte> bytes;
     bytes.resize(record.Size());
     record.Read({bytes.begin(), bytes.end()});
+}
+
+void Write(assets::DataStore& store, std::uint32_t size) {
+    assets::DataRecord made = store.Allocate(size);
+    nuo::buffer<nuo::byte> bytes;
+    bytes.resize(size);
+    made.Write({bytes.begin(), bytes.end()});
+    Read(store, made.Id());
 }
 
 void Step(assets::DataStore& store, std::uint8_t step) {
@@ -31,12 +42,11 @@ void Step(assets::DataStore& store, std::uint8_t step) {
         case 1:
             store.Free(argument);
             break;
-        case 2: {
-            assets::DataRecord made = store.Allocate(1 + argument * 37 % kMostBytes);
-            Read(store, made.Id());
+        case 2:
+            Write(store, SizeOf(argument));
             break;
-        }
         default:
+            store.AreApart({0, 1, argument});
             store.Flush();
             break;
     }

@@ -199,5 +199,18 @@ TEST(CommandLine, HelpsWithAnExampleForEachVerb) {
     EXPECT_EQ(RunHalvern({"--help"}).status, 0);
 }
 
+TEST(Show, ControlCharactersOfAFileNeitherBreakALineNorSteerATerminal) {
+    SampleFile sample("starter.jpk");
+    std::string& schema = sample.Part(sample.Path("Schemas/UnifiedBitmapSchema.xml"));
+    schema = Replaced(
+        schema, "</AssetSchema>",
+        "<String id=\"a&#10;b&#x9b;31m&#x7f;\" readonly=\"true\" val=\"x\"/></AssetSchema>");
+    const TemporaryFolder folder;
+    WriteFile(folder.Path("a.jpk"), sample.Bytes());
+    const Ran ran = RunHalvern({"show", "a.jpk", "Bitmap-001"}, folder.Path());
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_NE(ran.out.find("\n  a b 31m  = \"x\"\n"), std::string::npos) << ran.out;
+}
+
 }  // namespace
 }  // namespace halvern_tests

@@ -4,6 +4,7 @@
 
 #include "command/running.h"
 #include "support/samplefile.h"
+#include "support/temporaryfolder.h"
 #include "tests/support/paths.h"
 
 namespace halvern_tests {
@@ -130,11 +131,14 @@ TEST_P(BadSample, IsNotListedAndTheReasonIsTold) {
 }
 
 TEST_P(BadSample, IsNotChangedAndTheReasonIsTold) {
+    const TemporaryFolder folder;
     const std::string before = ReadFile(File());
-    const Ran ran = RunHalvern({"remove", File(), "Generic-001"});
+    WriteFile(folder.Path("a.jpk"), before);
+    const Ran ran = RunHalvern({"remove", "a.jpk", "Generic-001"}, folder.Path());
     EXPECT_EQ(ran.status, 3);
-    EXPECT_EQ(ran.err, Line());
-    EXPECT_TRUE(ReadFile(File()) == before);
+    EXPECT_EQ(ran.err, std::string("halvern: a.jpk: ") + GetParam().words + "\n");
+    EXPECT_TRUE(ReadFile(folder.Path("a.jpk")) == before);
+    EXPECT_EQ(folder.Names(), std::set<std::string>{"a.jpk"});
 }
 
 // Chosen: what an ordinary program may take; a length or a count from the file would soon pass it.

@@ -1,8 +1,11 @@
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <functional>
 
 #include <csignal>
 
@@ -19,6 +22,19 @@ using Names = std::set<std::string>;
 
 // A copy of a sample in a folder of its own, where the command runs too, so that whatever it leaves
 // behind is seen.
+// Runs `body` in a child that has become another user.
+bool InUser(uid_t user, const std::vector<gid_t>& groups, const std::function<bool()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool done = ::setgroups(groups.size(), groups.data()) == 0 && ::setgid(user) == 0 &&
+                          ::setuid(user) == 0 && body();
+        ::_exit(done ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 class Writing : public testing::Test {
 protected:
     Writing() { Take("starter.jpk"); }
@@ -224,6 +240,54 @@ TEST_F(Writing, TheFileKeepsModeAndOwnerAndALinkStaysALink) {
     EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "link.jpk"}));
 }
 
+// A member of the file's group, who does not own it.
+TEST_F(Writing, TheGroupStaysWhereTheOwnerCannot) {
+    ASSERT_EQ(::chown(File().c_str(), 0, 4321), 0);
+    ASSERT_EQ(::chmod(File().c_str(), 0664), 0);
+    ASSERT_EQ(::chmod(folder_.Path().c_str(), 0777), 0);
+    EXPECT_TRUE(InUser(1234, {4321}, [&] {
+        return Run({"remove", "a.jpk", "Generic-008"}).status == 0;
+    }));
+    struct stat state {};
+    ASSERT_EQ(::stat(File().c_str(), &state), 0);
+    EXPECT_EQ(state.st_uid, 1234U);
+    EXPECT_EQ(state.st_gid, 4321U);
+    EXPECT_EQ(state.st_mode, S_IFREG | 0664U);
+}
+
+TEST_F(Writing, AFolderThatCannotBeReadNeedNotBe) {
+    ASSERT_EQ(::chown(File().c_str(), 1234, 1234), 0);
+    ASSERT_EQ(::chown(folder_.Path().c_str(), 1234, 1234), 0);
+    ASSERT_EQ(::chmod(folder_.Path().c_str(), 0300), 0);
+    EXPECT_TRUE(InUser(1234, {}, [&] {
+        return Run({"remove", "a.jpk", "Generic-008"}).status == 0 &&
+               Run({"create", "b.jpk"}).status == 0;
+    }));
+    ASSERT_EQ(::chmod(folder_.Path().c_str(), 0700), 0);
+    EXPECT_EQ(Run({"show", "a.jpk", "Generic-008"}).status, 1);
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "b.jpk"}));
+}
+
+TEST_F(Writing, AFailureToWriteIsNotLaidToWhatVerifyFinds) {
+    Take("odd-zip-crc.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("odd-zip-crc.json")))["show"].begin().key();
+    Running saving({"preset", "a.jpk", source, "NEW"}, folder_.Path(),
+                   {.file_size = before_.size() + 16});
+    const Ran saved = saving.Wait();
+    EXPECT_EQ(saved.status, 3);
+    EXPECT_EQ(saved.err, "halvern: a.jpk: the library cannot be written\n");
+    EXPECT_TRUE(ReadFile(File()) == before_);
+}
+
+TEST_F(Writing, AFolderInThePlaceOfAValueIsRefused) {
+    Take("every-kind.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@/tmp"}, 3,
+                  "the file /tmp cannot be read");
+}
+
 TEST_F(Writing, ALibraryInALinkedFolderIsWritten) {
     ASSERT_EQ(::mkdir(folder_.Path("real").c_str(), 0755), 0);
     ASSERT_EQ(::mkdir(folder_.Path("real/inner").c_str(), 0755), 0);
@@ -303,7 +367,7 @@ TEST_F(Writing, ASignalEndsTheVerbWithNothingLeft) {
     Take("every-kind.jpk");
     const std::string source =
         json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
         ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
         Running running({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@pipe"},
                         folder_.Path());

@@ -1,5 +1,6 @@
 #include <korvanet/platform/core/utf8string.h>
 #include <korvanet/platform/core/w3ctime.h>
+#include <optional>
 
 #include <cstdlib>
 #include <ctime>
@@ -17,14 +18,20 @@ std::string Text(const W3CTime& time) {
 
 class W3CTimeZone : public testing::Test {
 protected:
+    W3CTimeZone() {
+        if (const char* zone = std::getenv("TZ")) former_ = zone;
+    }
     void SetZone(const char* zone) {
         setenv("TZ", zone, 1);
         tzset();
     }
     void TearDown() override {
-        unsetenv("TZ");
+        former_ ? setenv("TZ", former_->c_str(), 1) : unsetenv("TZ");
         tzset();
     }
+
+private:
+    std::optional<std::string> former_;
 };
 
 TEST(W3CTime, HasFixedFieldsWithoutAZone) {

@@ -134,12 +134,78 @@ TEST_F(Damage, OfTheIdentifierInTheDescription) {
                 "folder"});
 }
 
+TEST_F(Damage, OfNamesThatMakeNoTree) {
+    sample_.Add("x", "1");
+    sample_.Add("x/y", "2");
+    ExpectOnly(
+        {"zip.names", "", "", "the names in the ZIP make no tree of folders: it cannot be read"});
+}
+
+TEST_F(Damage, OfAnEntryWithoutAName) {
+    sample_.Add("/", "");
+    const std::string bytes = sample_.Bytes();
+    const std::size_t end = bytes.rfind("PK\x05\x06");
+    EXPECT_EQ(FindingsIn(bytes),
+              (Expected{{"zip.name", "", "offset " + std::to_string(end - 46 - 1),
+                         "an entry of the ZIP has no name"}}));
+}
+
+// However its name is spelled, an entry that cannot be read is found once.
+TEST_F(Damage, OfTheMethodOfAnEntryWithMoreSlashes) {
+    const std::string path = Path("Schemas/GenericSchema.xml");
+    const std::string text = sample_.Part(path);
+    sample_.Remove(path);
+    sample_.Add("/" + path, text);
+    std::string bytes = sample_.Bytes();
+    const std::size_t local = bytes.find("/" + path) - 30;
+    const std::size_t central = bytes.rfind("/" + path) - 46;
+    Put16(bytes, local + 8, 12);
+    Put16(bytes, central + 10, 12);
+    EXPECT_EQ(FindingsIn(bytes),
+              (Expected{{"zip.method", "/" + path, "offset " + std::to_string(central + 8),
+                         "the entry is compressed by the unknown method 12"}}));
+}
+
+TEST_F(Damage, OfTheObjectsOfAnOlderLibrary) {
+    sample_.Add("qmx/LIB/objects.xml", "no xml");
+    for (const Finding& finding : FindingsIn(sample_.Bytes())) {
+        if (finding.rule != "contents.xml") continue;
+        EXPECT_EQ(finding, (Finding{"contents.xml", "qmx/LIB/objects.xml", "line 1, offset 0",
+                                    "the part is not well-formed XML: syntax error"}));
+        EXPECT_TRUE(finding.closes);
+        return;
+    }
+    FAIL() << "not found";
+}
+
+TEST_F(Damage, OfAnOlderLibraryWithoutItsObjects) {
+    sample_.Add("qmx/LIB/other.xml", "");
+    for (const Finding& finding : FindingsIn(sample_.Bytes()))
+        if (finding.rule == "contents.missing") {
+            EXPECT_EQ(finding.part, "qmx/LIB/objects.xml");
+            EXPECT_EQ(finding.what, "the list of objects is missing");
+            return;
+        }
+    FAIL() << "not found";
+}
+
 // Version table.
 
 TEST_F(Damage, OfAVersionThatIsNone) {
     Replace(Path(kVersions), "3.2", "three");
     ExpectOnly({"version.entry", Path(kVersions), "offset 25",
                 "the value \"three\" of DefinitionIteratorProperties is no version"});
+}
+
+TEST_F(Damage, OfAVersionThatDoesNotFit) {
+    Replace(Path(kVersions), "InstanceProperties:3.1", "InstanceProperties:9999999999.1");
+    ExpectOnly({"version.entry", Path(kVersions), "offset 59",
+                "the value \"9999999999.1\" of InstanceProperties is no version"});
+}
+
+TEST_F(Damage, OfTextBehindAVersionIsNoneSinceReadersTakeIt) {
+    Replace(Path(kVersions), "3.2,", "3.2 and more,");
+    EXPECT_EQ(FindingsIn(sample_.Bytes()), Expected());
 }
 
 TEST_F(Damage, OfAnUnknownKey) {
@@ -187,6 +253,17 @@ TEST_F(Damage, OfASchemaWithoutItsBase) {
             "<Base val=\"Nowhere\"/>");
     ExpectOnly({"schema.base", Path("Schemas/GenericSchema.xml"), "",
                 "the base Nowhere of the schema is not in the library"});
+}
+
+TEST_F(Damage, OfSchemasThatAreEachOthersBases) {
+    Replace(Path("Schemas/GenericSchema.xml"), "<Base val=\"CommonSchema\"/>",
+            "<Base val=\"UnifiedBitmapSchema\"/>");
+    Replace(Path("Schemas/UnifiedBitmapSchema.xml"), "<Base val=\"CommonSchema\"/>",
+            "<Base val=\"GenericSchema\"/>");
+    const char* const words = "the bases of the schema run in a circle";
+    EXPECT_EQ(FindingsIn(sample_.Bytes()),
+              (Expected{{"schema.base", Path("Schemas/GenericSchema.xml"), "", words},
+                        {"schema.base", Path("Schemas/UnifiedBitmapSchema.xml"), "", words}}));
 }
 
 TEST_F(Damage, OfASchemaUnderAnotherName) {
@@ -295,6 +372,36 @@ TEST_F(Damage, OfOneFreeIdWithoutTheOther) {
     Put32(Part(kListings), 8, 0);
     ExpectOnly({"store.header", Path(kListings), "offset 4",
                 "there is a last free block and no first one"});
+}
+
+TEST_F(Damage, OfAFirstFreeIdWithoutALastOne) {
+    Put32(Part(kListings), 4, 0);
+    Put32(Part(kListings), 8, 0xFFFFFFFF);
+    ExpectOnly({"store.header", Path(kListings), "offset 4",
+                "there is a first free block and no last one"});
+}
+
+// Readers take a last block that was cut, as long as what they need of it is there.
+TEST_F(Damage, OfALastFreeBlockThatWasCut) {
+    std::string& store = Part(kListings);
+    const std::uint32_t block = Listings().Count();
+    const std::size_t end = store.size();
+    store += std::string("\xFF\xFF\xFF\xFF\0\0\0\0", 8);
+    for (std::uint32_t last = Get32(store, 4);;) {
+        if (last == 0xFFFFFFFF) {
+            Put32(store, 4, block);
+            break;
+        }
+        const std::uint32_t next = Listings().Next(last);
+        if (next == 0xFFFFFFFF) {
+            Listings().SetNext(last, block);
+            break;
+        }
+        last = next;
+    }
+    Put32(store, 8, block);
+    ExpectOnly({"store.size", Path(kListings), "offset " + std::to_string(end),
+                "the last block has 8 of its 136 bytes"});
 }
 
 TEST_F(Damage, OfAFirstFreeBlockPastTheEnd) {

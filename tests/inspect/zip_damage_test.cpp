@@ -120,6 +120,13 @@ TEST_F(ZipDamage, OfAnEntryOverTheOneBefore) {
     ExpectOnly("zip.overlap", place, "the entry lies over the one before it");
 }
 
+TEST_F(ZipDamage, OfAnEntryOverTheOneBeforeSaysNothingOfThoseBehind) {
+    const std::uint32_t place = Get32(bytes_, before_ + 42);
+    Put32(bytes_, central_ + 42, place);
+    Put32(bytes_, central_ + 20, 0x1000000);
+    ExpectOnly("zip.overlap", place, "the entry lies over the one before it");
+}
+
 TEST_F(ZipDamage, OfTheEndOfTheComment) {
     bytes_ += "more";
     ExpectOfFile("zip.end", end_ + 20, "the comment of the ZIP does not end where the file ends");

@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <zlib.h>
 
-#include <cstdlib>
 #include <ctime>
 
 #include "nuo/common/file_archive.h"
+#include "vfs/fixed_clock.h"
 #include "vfs/zip_fixture.h"
 
 namespace {
@@ -15,23 +15,13 @@ using namespace vfs_tests;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+// Monday, 6 May 2024, 07:08:10 in the zone of the tests, and as headers tell it.
+constexpr std::time_t kNow = 1714979290;
+const std::string kDosNow = U16(7 << 11 | 8 << 5 | 5) + U16(44 << 9 | 5 << 5 | 6);
+
 class ZipWriterTest : public ZipTest {
 protected:
-    // The time and date that the headers of new entries tell now.
-    static std::string DosNow() {
-        const std::time_t now = std::time(nullptr);
-        std::tm local{};
-        ::localtime_r(&now, &local);
-        return U16(static_cast<std::uint32_t>(local.tm_hour << 11 | local.tm_min << 5 |
-                                              local.tm_sec / 2)) +
-               U16(static_cast<std::uint32_t>((local.tm_year - 80) << 9 | (local.tm_mon + 1) << 5 |
-                                              local.tm_mday));
-    }
-    // The whole ZIP with one changing part, time and date: matches any moment of the test.
-    template <class Make>
-    void ExpectContent(const std::string& before, Make&& make) {
-        EXPECT_THAT(Content(), testing::AnyOf(make(before), make(DosNow())));
-    }
+    FixedClock clock_{kNow, "UTC"};
 };
 
 std::uint32_t Crc(std::string_view text) {
@@ -46,12 +36,11 @@ TEST_F(ZipWriterTest, AnEmptyZipIsItsEndRecord) {
 
 TEST_F(ZipWriterTest, NewEntriesByteForByte) {
     fs::ZipFs& files = Open("");
-    const std::string before = DosNow();
     ASSERT_EQ(files.createDir("dir"), fs::er_ok);
     WriteFile(files, "dir/a.txt", "hello hello hello");
     files.commit();
     const std::string packed = RawDeflate("hello hello hello", 1);
-    ExpectContent(before, [&](const std::string& time) {
+    EXPECT_EQ(Content(), [&](const std::string& time) {
         const std::string sizes = U32(Crc("hello hello hello")) +
                                   U32(static_cast<std::uint32_t>(packed.size())) + U32(17);
         const std::string dirEntry = std::string("PK\x03\x04\x14\0\0\x08\0\0", 10) + time + U32(0) +
@@ -67,7 +56,7 @@ TEST_F(ZipWriterTest, NewEntriesByteForByte) {
         return dirEntry + fileEntry + directory +
                std::string("PK\x05\x06\0\0\0\0\x02\0\x02\0", 12) +
                U32(static_cast<std::uint32_t>(directory.size())) + U32(start) + U16(0);
-    });
+    }(kDosNow));
 }
 
 TEST_F(ZipWriterTest, ChangingNothingRewritesTheSameEntriesPlainly) {
@@ -135,11 +124,10 @@ TEST_F(ZipWriterTest, TouchedEntriesAreDeflatedAndDated) {
     ZipEntry entry = Stored("a", "old text");
     entry.flags = 0x0808;
     fs::ZipFs& files = Open(Zip({entry}));
-    const std::string before = DosNow();
     WriteFile(files, "a", "new");
     files.commit();
     const std::string packed = RawDeflate("new", 1);
-    ExpectContent(before, [&](const std::string& time) {
+    EXPECT_EQ(Content(), [&](const std::string& time) {
         // The sizes stand in the header now, and the method tells what was done.
         const std::string common = U16(0x0800) + U16(8) + time + U32(Crc("new")) +
                                    U32(static_cast<std::uint32_t>(packed.size())) + U32(3) +
@@ -150,7 +138,7 @@ TEST_F(ZipWriterTest, TouchedEntriesAreDeflatedAndDated) {
         return local + central +
                EndRecord(1, static_cast<std::uint32_t>(central.size()),
                          static_cast<std::uint32_t>(local.size()));
-    });
+    }(kDosNow));
     EXPECT_EQ(ReadFile(Reopen(), "a"), "new");
 }
 
@@ -173,15 +161,14 @@ TEST_F(ZipWriterTest, AnEmptyUntouchedFileIsStored) {
 
 TEST_F(ZipWriterTest, AFileMadeByReadingIsWrittenEmpty) {
     fs::ZipFs& files = Open("");
-    const std::string before = DosNow();
     ASSERT_NE(files.create("a", fs::mode_read, fs::create_new), nullptr);
     files.commit();
-    ExpectContent(before, [&](const std::string& time) {
+    EXPECT_EQ(Content(), [&](const std::string& time) {
         const std::string common =
             U16(0x0806) + U16(0) + time + U32(0) + U32(0) + U32(0) + U16(1) + U16(0);
         return "PK\x03\x04" + U16(20) + common + "a" + "PK\x01\x02" + U16(20) + U16(20) + common +
                U16(0) + U16(0) + U16(0) + U32(0) + U32(0) + "a" + EndRecord(1, 47, 31);
-    });
+    }(kDosNow));
     EXPECT_EQ(ReadFile(Reopen(), "a"), "");
 }
 
@@ -219,20 +206,27 @@ TEST_F(ZipWriterTest, AShorterZipCutsTheArchive) {
 }
 
 TEST_F(ZipWriterTest, TheTimeIsThatOfTheCommit) {
-    const char* zone = std::getenv("TZ");
-    const std::string former = zone != nullptr ? zone : "";
-    ::setenv("TZ", "UTC-11", 1);
-    ::tzset();
     fs::ZipFs& files = Open("");
     WriteFile(files, "a", "text");
-    // By the local clock the commit happens most of a day before the file was made.
-    ::setenv("TZ", "UTC+11", 1);
-    ::tzset();
-    const std::string before = DosNow();
+    clock_.Set(kNow + 60);
     files.commit();
-    EXPECT_THAT(Content().substr(10, 4), testing::AnyOf(before, DosNow()));
-    zone != nullptr ? ::setenv("TZ", former.c_str(), 1) : ::unsetenv("TZ");
-    ::tzset();
+    EXPECT_EQ(Content().substr(10, 4), U16(7 << 11 | 9 << 5 | 5) + U16(44 << 9 | 5 << 5 | 6));
+}
+
+TEST_F(ZipWriterTest, TheTimeIsThatOfTheLocalClock) {
+    const FixedClock west(kNow, "UTC+11");
+    fs::ZipFs& files = Open("");
+    WriteFile(files, "a", "text");
+    files.commit();
+    EXPECT_EQ(Content().substr(10, 4), U16(20 << 11 | 8 << 5 | 5) + U16(44 << 9 | 5 << 5 | 5));
+}
+
+TEST_F(ZipWriterTest, AClockBefore1980TellsTheFirstYearOfTheForm) {
+    clock_.Set(0);
+    fs::ZipFs& files = Open("");
+    WriteFile(files, "a", "text");
+    files.commit();
+    EXPECT_EQ(Content().substr(10, 4), U16(0) + U16(1 << 5 | 1));
 }
 
 TEST_F(ZipWriterTest, ACommitCanFollowACommit) {

@@ -10,7 +10,8 @@ import re
 import sys
 
 LINK = re.compile(r'\]\(([^)#]+)(#[^)]*)?\)')
-PAGES = ('*.md', 'docs/**/*.md', 'examples/**/*.md', 'content/**/*.md', 'fuzz/*.md', 'bench/*.md')
+PAGES = ('*.md', 'docs/**/*.md', 'examples/**/*.md', 'content/**/*.md', 'fuzz/*.md', 'bench/*.md',
+         'tests/**/*.md')
 
 
 def links(path):

@@ -78,8 +78,8 @@ def list_files(root):
     """Every file that is or may be committed, relative to the root."""
     if os.path.exists(os.path.join(root, '.git')):
         names = subprocess.run(
-            ['git', '-C', root, 'ls-files', '--cached', '--others', '--exclude-standard'],
-            capture_output=True, text=True, check=True).stdout.splitlines()
+            ['git', '-C', root, 'ls-files', '-z', '--cached', '--others', '--exclude-standard'],
+            capture_output=True, text=True, check=True).stdout.split('\0')
     else:
         names = [os.path.relpath(os.path.join(where, name), root)
                  for where, _, here in os.walk(root) for name in here]

@@ -74,6 +74,7 @@ sigset_t Interrupts() {
     sigemptyset(&set);
     sigaddset(&set, SIGHUP);
     sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGQUIT);
     sigaddset(&set, SIGTERM);
     return set;
 }
@@ -85,6 +86,7 @@ void HandleInterrupts() {
     end.sa_handler = EndProcess;
     end.sa_mask = Interrupts();
     ::sigaction(SIGINT, &end, nullptr);
+    ::sigaction(SIGQUIT, &end, nullptr);
     ::sigaction(SIGTERM, &end, nullptr);
     // Who starts a run that shall outlive its terminal has it ignored already.
     struct sigaction hangup {};

@@ -4,8 +4,9 @@
 
 namespace halvern {
 
-// Makes SIGINT and SIGTERM end the process with 130 and 143 after all registered files are removed,
-// and a closed pipe and a file that grows too large failed writes. To be called once, first of all.
+// Makes SIGHUP, SIGINT, SIGQUIT and SIGTERM end the process with 129, 130, 131 and 143 after all
+// registered files are removed, and a closed pipe and a file that grows too large failed writes. To
+// be called once, first of all.
 void HandleInterrupts();
 
 // A file, or a folder with all that it holds, that must not outlive the process. Removed with the

@@ -8,11 +8,11 @@ namespace {
 
 using nlohmann::json;
 
-// The library's own writer goes by an algorithm that now and then gives a digit too much.
 std::string Quoted(const std::string& text) {
     return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
+// The JSON library has a writer of its own, which now and then gives a number a digit too much.
 void Append(const json& value, std::string& text) {
     const char* separator = "";
     if (value.is_object()) {

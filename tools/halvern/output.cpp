@@ -21,8 +21,17 @@ std::string SystemWords(int error) {
 }
 
 std::string Printable(std::string text) {
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+    // U+0080 to U+009F, two bytes each, steer terminals as well.
+    constexpr char kLead = '\xC2';
+    std::size_t length = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto c = static_cast<unsigned char>(text[at]);
+        const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : '\0');
+        const bool two = text[at] == kLead && next >= 0x80 && next <= 0x9F;
+        text[length++] = two || c < 0x20 || c == 0x7F ? ' ' : text[at];
+        at += two ? 1 : 0;
+    }
+    text.resize(length);
     return text;
 }
 

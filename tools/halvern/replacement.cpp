@@ -21,6 +21,8 @@ using core::UTF8String;
 
 namespace {
 
+constexpr uid_t kAsItIs = static_cast<uid_t>(-1);
+
 std::string FolderOf(const std::string& path) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
     return folder.empty() ? "." : folder;
@@ -117,7 +119,8 @@ Replacement Replacement::CopyOf(const std::string& original) {
     if (::fstat(from.Get(), &state) != 0) FailBySystem("the file cannot be examined");
     // Only root may give files away; for all others the owner is the same already, or the group at
     // least stays as near as it can. The mode comes last, since a change of owner clears bits.
-    if (::fchown(to.Get(), state.st_uid, state.st_gid) != 0 && errno != EPERM)
+    if (::fchown(to.Get(), state.st_uid, state.st_gid) != 0 &&
+        (errno != EPERM || (::fchown(to.Get(), kAsItIs, state.st_gid) != 0 && errno != EPERM)))
         FailBySystem("the owner of the file cannot be kept");
     if (::fchmod(to.Get(), state.st_mode & 07777) != 0)
         FailBySystem("the mode of the file cannot be kept");
@@ -130,6 +133,15 @@ Replacement Replacement::For(const std::string& original) {
     return made;
 }
 
+// The change is in place by now, whether or not the folder can be opened or synced: not every user
+// may, and not every file system does.
+void Replacement::SyncFolder() const {
+    const int folder = ::open(FolderOf(original_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0) return;
+    ::fsync(folder);
+    ::close(folder);
+}
+
 void Replacement::PutInPlace() {
     Sync(Path(), O_RDONLY);
     {
@@ -138,20 +150,30 @@ void Replacement::PutInPlace() {
             FailBySystem("the changed file cannot be put in place");
         file_.Keep();
     }
-    Sync(FolderOf(original_), O_RDONLY | O_DIRECTORY);
+    SyncFolder();
 }
 
 void Replacement::PutInFreePlace() {
     Sync(Path(), O_RDONLY);
     {
         const SignalPause pause;
-        if (::link(Path().c_str(), original_.c_str()) != 0) {
-            if (errno == EEXIST) throw Failure(kNo, "a file of this name exists already");
-            FailBySystem("the new file cannot be put in place");
-        }
+        if (::renameat2(AT_FDCWD, Path().c_str(), AT_FDCWD, original_.c_str(), RENAME_NOREPLACE) ==
+            0)
+            file_.Keep();
+        else if (errno == EEXIST)
+            throw Failure(kNo, "a file of this name exists already");
+        else
+            LinkInFreePlace();
     }
     file_.Remove();
-    Sync(FolderOf(original_), O_RDONLY | O_DIRECTORY);
+    SyncFolder();
+}
+
+// Where the file system renames over whatever stands there or not at all.
+void Replacement::LinkInFreePlace() const {
+    if (::link(Path().c_str(), original_.c_str()) == 0) return;
+    if (errno == EEXIST) throw Failure(kNo, "a file of this name exists already");
+    FailBySystem("the new file cannot be put in place");
 }
 
 WritableLibrary::WritableLibrary(Session& session, const std::string& path)

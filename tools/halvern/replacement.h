@@ -46,7 +46,8 @@ public:
     static Replacement For(const std::string& original);
 
     const std::string& Path() const { return file_.Path(); }
-    // Syncs the file and the folder. Raises a Failure; the original is then as it was.
+    // Syncs the file and, where it can, the folder. Raises a Failure; the original is then as it
+    // was.
     void PutInPlace();
     // The same, and refused when something stands at the place by now.
     void PutInFreePlace();
@@ -54,6 +55,9 @@ public:
 private:
     Replacement(Temporary file, std::string original)
         : file_(std::move(file)), original_(std::move(original)) {}
+
+    void LinkInFreePlace() const;
+    void SyncFolder() const;
 
     Temporary file_;
     std::string original_;
@@ -79,7 +83,6 @@ public:
 
 private:
     void AddSearchPath(const std::string& path);
-    void Unload();
 
     Session& session_;
     FileLock lock_;

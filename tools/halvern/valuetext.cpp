@@ -20,6 +20,17 @@ using core::UTF8String;
 
 namespace {
 
+std::string ReadWhole(const std::string& path) {
+    try {
+        std::ifstream file(path, std::ios::binary);
+        std::string bytes((std::istreambuf_iterator<char>(file)), {});
+        if (file.is_open() && !file.bad()) return bytes;
+    } catch (const std::ios_base::failure&) {
+        // A folder can be opened and not be read.
+    }
+    throw Failure(kFile, "the file " + path + " cannot be read");
+}
+
 struct Unit {
     std::uint32_t code;
     std::array<std::string_view, 5> words;
@@ -165,10 +176,7 @@ private:
         if (text_.empty()) return value.SetData("", 0);
         if (text_.front() != '@') return false;
         const std::string path = text_.substr(1);
-        std::ifstream file(path, std::ios::binary);
-        const std::string bytes((std::istreambuf_iterator<char>(file)), {});
-        if (!file.is_open() || file.bad())
-            throw Failure(kFile, "the file " + path + " cannot be read");
+        const std::string bytes = ReadWhole(path);
         return value.SetData(bytes.data(), bytes.size());
     }
 

@@ -42,7 +42,7 @@ void PrintProperties(const json& asset, Output& output) {
             line += " " + UnitWord(property["units"].get<std::uint32_t>());
         if (property.contains("connected") && !property["connected"].empty())
             line += " <- " + JsonText(property["connected"]);
-        output.Line(line);
+        output.Line(Printable(line));
     }
 }
 

@@ -1,14 +1,13 @@
 #include "assets/library/versiontable.h"
 
+#include <set>
+
 #include "nuo/common/string_algo/number.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
-constexpr nuo::string_ref kTocKey{"AssetTableOfContents"};
-constexpr nuo::string_ref kDefinitionKey{"DefinitionIteratorProperties"};
-constexpr nuo::string_ref kInstanceKey{"InstanceProperties"};
-constexpr nuo::string_ref kLibraryKey{"AssetLibVersion"};
+constexpr std::size_t kKeys = 4;
 
 bool IsWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -33,50 +32,19 @@ bool ParsePair(nuo::string_ref value, std::int64_t& major, std::int64_t& minor) 
     return true;
 }
 
-// Remembers which keys were seen while it fills the table.
-class TableFiller {
-public:
-    explicit TableFiller(VersionTable& table) : table_(table) {}
+bool FitsStream(std::int64_t number) {
+    return number >= INT32_MIN && number <= INT32_MAX;
+}
 
-    void Take(nuo::string_ref key, nuo::string_ref value) {
-        std::int64_t major = 0;
-        std::int64_t minor = 0;
-        if (!ParsePair(value, major, minor)) return;
-        if (key == kLibraryKey) {
-            TakeLibrary(major, minor);
-            return;
-        }
-        const unsigned stream = StreamOf(key);
-        if (stream == kStreams || !FitsStream(major) || !FitsStream(minor)) return;
-        StreamVersion* const versions[] = {&table_.toc, &table_.definitions, &table_.instances};
-        *versions[stream] = {static_cast<std::int32_t>(major), static_cast<std::int32_t>(minor)};
-        seen_ |= 1U << stream;
-    }
+bool FitsLibrary(std::int64_t number) {
+    return number >= 0 && number <= UINT32_MAX;
+}
 
-    bool Complete() const { return seen_ == (1U << (kStreams + 1)) - 1; }
-
-private:
-    static constexpr unsigned kStreams = 3;
-
-    static unsigned StreamOf(nuo::string_ref key) {
-        if (key == kTocKey) return 0;
-        if (key == kDefinitionKey) return 1;
-        return key == kInstanceKey ? 2 : kStreams;
-    }
-    static bool FitsStream(std::int64_t number) {
-        return number >= INT32_MIN && number <= INT32_MAX;
-    }
-    void TakeLibrary(std::int64_t version, std::int64_t revision) {
-        const auto fits = [](std::int64_t number) { return number >= 0 && number <= UINT32_MAX; };
-        if (!fits(version) || !fits(revision)) return;
-        table_.library = {static_cast<std::uint32_t>(version),
-                          static_cast<std::uint32_t>(revision)};
-        seen_ |= 1U << kStreams;
-    }
-
-    VersionTable& table_;
-    unsigned seen_ = 0;
-};
+StreamVersion* StreamOf(VersionTable& table, nuo::string_ref key) {
+    if (key == kTocKey) return &table.toc;
+    if (key == kDefinitionKey) return &table.definitions;
+    return key == kInstanceKey ? &table.instances : nullptr;
+}
 
 void AppendPair(nuo::string_builder& text, nuo::string_ref key, std::int64_t major,
                 std::int64_t minor) {
@@ -85,20 +53,46 @@ void AppendPair(nuo::string_builder& text, nuo::string_ref key, std::int64_t maj
 
 }  // namespace
 
+std::uint64_t ForEachVersionEntry(
+    nuo::string_ref text,
+    const std::function<void(std::uint64_t, nuo::string_ref, nuo::string_ref)>& visit) {
+    std::uint64_t at = 0;
+    while (at < text.size()) {
+        const nuo::string_ref rest = text.substr(at);
+        const std::uint64_t colon = rest.find(':');
+        if (colon == nuo::string_ref::npos) break;
+        const nuo::string_builder key = WithoutWhiteSpace(rest.substr(0, colon));
+        const nuo::string_ref behind = rest.substr(colon + 1);
+        const std::uint64_t comma = behind.find(',');
+        const nuo::string_builder value = WithoutWhiteSpace(behind.substr(0, comma));
+        visit(at, key, value);
+        at = comma == nuo::string_ref::npos ? text.size() : at + colon + 1 + comma + 1;
+    }
+    return at;
+}
+
+bool TakeVersionEntry(VersionTable& table, nuo::string_ref key, nuo::string_ref value) {
+    std::int64_t major = 0;
+    std::int64_t minor = 0;
+    if (!ParsePair(value, major, minor)) return false;
+    if (key == kLibraryKey) {
+        if (!FitsLibrary(major) || !FitsLibrary(minor)) return false;
+        table.library = {static_cast<std::uint32_t>(major), static_cast<std::uint32_t>(minor)};
+        return true;
+    }
+    StreamVersion* const stream = StreamOf(table, key);
+    if (stream == nullptr || !FitsStream(major) || !FitsStream(minor)) return false;
+    *stream = {static_cast<std::int32_t>(major), static_cast<std::int32_t>(minor)};
+    return true;
+}
+
 VersionTable ParseVersionTable(nuo::string_ref text) {
     VersionTable table;
-    TableFiller filler(table);
-    while (true) {
-        const std::uint64_t colon = text.find(':');
-        if (colon == nuo::string_ref::npos) break;
-        const nuo::string_builder key = WithoutWhiteSpace(text.substr(0, colon));
-        text = text.substr(colon + 1);
-        const std::uint64_t comma = text.find(',');
-        const nuo::string_builder value = WithoutWhiteSpace(text.substr(0, comma));
-        text = comma == nuo::string_ref::npos ? nuo::string_ref() : text.substr(comma + 1);
-        filler.Take(key, value);
-    }
-    table.complete = filler.Complete();
+    std::set<nuo::string, nuo::string_less> seen;
+    ForEachVersionEntry(text, [&](std::uint64_t, nuo::string_ref key, nuo::string_ref value) {
+        if (TakeVersionEntry(table, key, value)) seen.insert(nuo::string(key));
+    });
+    table.complete = seen.size() == kKeys;
     return table;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "nuo/common/string.h"
 #include "nuo/common/string_builder.h"
@@ -48,6 +49,22 @@ struct VersionTable {
     LibraryVersion library = kFirstLibraryVersion;
     bool complete = false;  // all four keys were read
 };
+
+// The keys of the table.
+inline constexpr nuo::string_ref kTocKey{"AssetTableOfContents"};
+inline constexpr nuo::string_ref kDefinitionKey{"DefinitionIteratorProperties"};
+inline constexpr nuo::string_ref kInstanceKey{"InstanceProperties"};
+inline constexpr nuo::string_ref kLibraryKey{"AssetLibVersion"};
+
+// Gives each entry with its offset in the text, key and value without their white space. Returns
+// where the last entry ends.
+std::uint64_t ForEachVersionEntry(
+    nuo::string_ref text,
+    const std::function<void(std::uint64_t, nuo::string_ref key, nuo::string_ref value)>& visit);
+
+// Takes one entry into the table. False, and nothing is changed, for another key and for a value
+// that is no version or out of range.
+bool TakeVersionEntry(VersionTable& table, nuo::string_ref key, nuo::string_ref value);
 
 // Never fails: what cannot be read keeps its default.
 VersionTable ParseVersionTable(nuo::string_ref text);

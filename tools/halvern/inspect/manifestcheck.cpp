@@ -7,6 +7,7 @@
 #include "assets/package/jpkfs.h"
 #include "assets/package/manifestwords.h"
 #include "assets/package/manifestwriter.h"
+#include "assets/package/packagepath.h"
 #include "assets/package/xmlnodedata.h"
 #include "assets/serialization/io/xmlhandler.h"
 #include "nuo/common/buffer_archive.h"
@@ -16,10 +17,6 @@ namespace {
 
 using namespace korvanet::platform::assets;
 
-constexpr const char* kLinks = "cnx.xml";
-constexpr const char* kNode = "core.xml";
-constexpr const char* kTypes = "[Content_Types].xml";
-constexpr const char* kMarker = "korvanet-design-package.xml";
 constexpr const char* kFormat = "http://www.korvanet.com/design-package/2009";
 
 // Takes attributes of the elements of one name, or the text of the document.
@@ -84,8 +81,8 @@ private:
         }
         const std::vector<std::string> folders = parts_.Folders(folder);
         children.insert(folders.begin(), folders.end());
-        CheckLinks(prefix + kLinks, children);
-        CheckNode(folder, prefix + kNode);
+        CheckLinks(prefix + kLinksPart, children);
+        CheckNode(folder, prefix + kCorePart);
         for (const std::string& below : folders)
             CheckFolder(prefix + below);
     }
@@ -128,13 +125,13 @@ private:
 
     void CheckTypes() {
         TypeRows rows;
-        if (!Parse(kTypes, rows, false)) return;
+        if (!Parse(kContentTypesPart, rows, false)) return;
         for (const auto& [extension, path] : extensions_)
             if (!rows.types.contains(extension))
-                findings_.Add({"package.types", kTypes, "extension " + extension,
+                findings_.Add({"package.types", kContentTypesPart, "extension " + extension,
                                "no content type is told for " + path});
         for (const auto& [extension, type] : rows.types)
-            CheckType(kTypes, "extension " + extension, Ref(extension), type);
+            CheckType(kContentTypesPart, "extension " + extension, Ref(extension), type);
     }
 
     void CheckType(const std::string& part, const std::string& where, nuo::string_ref extension,
@@ -163,9 +160,9 @@ private:
 
     void CheckMarker() {
         AllText marker;
-        if (!Parse(kMarker, marker, false)) return;
+        if (!Parse(kFormatPart, marker, false)) return;
         if (marker.text != kFormat)
-            findings_.Add({"package.marker", kMarker, "",
+            findings_.Add({"package.marker", kFormatPart, "",
                            "the part does not name the format " + std::string(kFormat)});
     }
 

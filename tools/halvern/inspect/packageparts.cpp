@@ -9,8 +9,19 @@ namespace halvern::inspect {
 namespace fs = velmor::fs;
 namespace assets = korvanet::platform::assets;
 
-PackageParts::PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable)
-    : cache_("inspect"), zip_(file, cache_, "inspect", false), unreadable_(std::move(unreadable)) {
+std::string Words(const nuo::exception& failure) {
+    const std::string text = failure.what();
+    const auto end = text.find(')');
+    return end == std::string::npos || end + 1 == text.size() ? "it cannot be read"
+                                                              : text.substr(end + 1);
+}
+
+PackageParts::PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable,
+                           Findings& findings)
+    : cache_("inspect"),
+      zip_(file, cache_, "inspect", false),
+      unreadable_(std::move(unreadable)),
+      findings_(findings) {
     const std::string legacy = Text(assets::kLegacyFolder);
     legacy_ = zip_.state(Ref(legacy)).state == fs::state_directory;
     const std::vector<std::string> folders = Folders(legacy_ ? legacy : "");
@@ -42,8 +53,9 @@ nuo::archive::archive_ptr PackageParts::Open(const std::string& path) {
     if (IsUnreadable(path)) return nullptr;
     try {
         return zip_.create(Ref(path), fs::mode_read | fs::mode_random, fs::open_existing);
-    } catch (const nuo::exception&) {
+    } catch (const nuo::exception& failure) {
         MarkUnreadable(path);
+        findings_.AddClosing({"zip.data", path, "", Words(failure)});
         return nullptr;
     }
 }

@@ -20,8 +20,9 @@ using Bytes = nuo::buffer<nuo::byte>;
 // found about them. A part that was found damaged is not looked at again.
 class PackageParts {
 public:
-    // Raises what ZipFs raises. `file` outlives the object.
-    PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable);
+    // Raises what ZipFs raises. `file` and `findings` outlive the object.
+    PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable,
+                 Findings& findings);
 
     // Leaf names in the order of listings.
     std::vector<std::string> Files(const std::string& folder);
@@ -29,7 +30,8 @@ public:
     bool IsEmpty() { return Files("").empty() && Folders("").empty(); }
     bool IsFile(const std::string& path);
 
-    // Null when the part is not there or cannot be read.
+    // Null when the part is not there or cannot be read. What was not known of it before is found
+    // then.
     nuo::archive::archive_ptr Open(const std::string& path);
     std::optional<Bytes> Read(const std::string& path);
     bool IsUnreadable(const std::string& path) const { return unreadable_.contains(path); }
@@ -46,9 +48,13 @@ private:
     velmor::fs::InMemory cache_;
     velmor::fs::ZipFs zip_;
     std::set<std::string> unreadable_;
+    Findings& findings_;
     std::string identifier_;
     bool legacy_ = false;
 };
+
+// The messages of exceptions begin with a source position, which tells a user nothing.
+std::string Words(const nuo::exception& failure);
 
 // All bytes from the start.
 Bytes ReadAll(nuo::archive::iarchive& file);

@@ -1,6 +1,7 @@
 #include "inspect/schemacheck.h"
 
 #include <algorithm>
+#include <map>
 
 #include <korvanet/platform/assets/reportsink.h>
 
@@ -74,6 +75,17 @@ nuo::string StemOf(const std::string& name) {
     return file.ends_with(kSchemaExtension)
                ? nuo::string(file.substr(0, file.size() - kSchemaExtension.size()))
                : nuo::string(file);
+}
+
+// Whether a schema comes again among its bases.
+bool LeadsBack(const std::map<nuo::string, nuo::string, nuo::string_less>& base_of,
+               const nuo::string& id) {
+    auto at = base_of.find(id);
+    for (std::size_t steps = 0; at != base_of.end() && steps < base_of.size(); ++steps) {
+        if (at->second == id) return true;
+        at = base_of.find(at->second);
+    }
+    return false;
 }
 
 std::vector<SchemaShape::Item> ItemsOf(const RecordLayout& layout, std::size_t group,
@@ -167,10 +179,15 @@ void SchemaCheck::CheckProperties(PackageParts& parts, const std::string& path,
 
 // A schema whose base is broken itself says nothing new.
 void SchemaCheck::FindPending(Findings& findings) {
+    std::map<nuo::string, nuo::string, nuo::string_less> base_of;
+    for (const auto& [path, schema] : loaded_)
+        if (schemas_->IsPending(schema->Id())) base_of.emplace(schema->Id(), schema->BaseId());
     for (const auto& [path, schema] : loaded_) {
-        if (!schemas_->IsPending(schema->Id())) continue;
+        if (base_of.count(schema->Id()) == 0) continue;
         const nuo::string base = schema->BaseId();
-        if (!broken_.contains(base) && !schemas_->IsPending(base))
+        if (LeadsBack(base_of, schema->Id()))
+            findings.Add({"schema.base", path, "", "the bases of the schema run in a circle"});
+        else if (!broken_.contains(base) && base_of.count(base) == 0)
             findings.Add({"schema.base", path, "",
                           "the base " + Text(base) + " of the schema is not in the library"});
         broken_.insert(schema->Id());

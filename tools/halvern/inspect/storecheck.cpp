@@ -27,7 +27,7 @@ StoreCheck::StoreCheck(PackageParts& parts, std::string path, Findings& findings
     nuo::archive::archive_ptr part = parts.Open(path_);
     if (!part) return;
     file_ = std::make_unique<BlockFile>(std::move(part));
-    owners_.resize(file_->BlockCount(), kNobody);
+    owners_.resize(file_->LongestChain(), kNobody);
     if (file_->Size() != 0 && !CheckHeader()) file_.reset();
 }
 
@@ -66,7 +66,7 @@ bool StoreCheck::CheckFreeIds(const StoreHeader& header) {
                                                : "there is a first free block and no last one");
         return false;
     }
-    if (header.first_free != kNoBlock && header.first_free >= file_->BlockCount()) {
+    if (header.first_free != kNoBlock && header.first_free >= owners_.size()) {
         Close(4,
               "the first free block " + std::to_string(header.first_free) + " lies past the end");
         return false;

@@ -28,14 +28,6 @@ namespace {
 
 using namespace korvanet::platform::assets;
 
-// The messages of exceptions begin with a source position, which tells a user nothing.
-std::string Words(const nuo::exception& failure) {
-    const std::string text = failure.what();
-    const auto end = text.find(')');
-    return end == std::string::npos || end + 1 == text.size() ? "it cannot be read"
-                                                              : text.substr(end + 1);
-}
-
 // The library behind the ZIP, layer by layer. What one layer refuses the next ones do not look at.
 class LibraryWalk {
 public:
@@ -121,13 +113,15 @@ void WalkFile(nuo::archive::iarchive& file, Findings& findings) {
     const ZipListing listing = ListZip(file, findings);
     if (findings.IsClosed()) return;
     std::set<std::string> unreadable = CheckZipData(file, listing, findings);
+    std::unique_ptr<PackageParts> parts;
     try {
-        PackageParts parts(file, std::move(unreadable));
-        LibraryWalk(parts, findings).Run();
+        parts = std::make_unique<PackageParts>(file, std::move(unreadable), findings);
     } catch (const nuo::exception& failure) {
         findings.AddClosing({"zip.names", "", "",
                              "the names in the ZIP make no tree of folders: " + Words(failure)});
+        return;
     }
+    LibraryWalk(*parts, findings).Run();
 }
 
 std::string WhyUnreadable(const std::string& path) {
@@ -200,15 +194,15 @@ std::string WhyNoSchema(const std::string& path) {
 
 std::string WhyNotSaved(const std::string& path) {
     const std::vector<Finding> findings = Verify(path);
-    const bool closed = std::any_of(findings.begin(), findings.end(),
-                                    [](const Finding& finding) { return finding.closes; });
-    if (closed) return FirstOf(findings);
+    const auto closing = std::find_if(findings.begin(), findings.end(),
+                                      [](const Finding& finding) { return finding.closes; });
+    if (closing != findings.end()) return Describe(*closing);
     if (IsMarkedReadOnly(path))
         return "the library is marked as read-only, in core.xml, element read only";
     const auto newer = std::find_if(findings.begin(), findings.end(), [](const Finding& finding) {
         return finding.rule == "version.newer";
     });
-    return newer != findings.end() ? Describe(*newer) : FirstOf(findings);
+    return newer != findings.end() ? Describe(*newer) : std::string();
 }
 
 }  // namespace halvern::inspect

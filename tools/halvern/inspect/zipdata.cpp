@@ -53,7 +53,7 @@ public:
         MarkOverlaps();
         for (const ZipEntry& entry : listing_.entries)
             if (!overlapping_.contains(&entry) && !(CheckHead(entry) && CheckData(entry)))
-                unreadable_.insert(entry.name);
+                unreadable_.insert(PlainName(entry.name));
         return std::move(unreadable_);
     }
 
@@ -73,19 +73,19 @@ private:
         std::uint64_t taken = 0;
         for (const ZipEntry* entry : order) {
             const std::uint64_t end = entry->data_offset + entry->packed_size;
-            if (entry->header_offset < taken) {
+            if (entry->header_offset < taken)
                 Add(*entry, "zip.overlap", entry->header_offset,
                     "the entry lies over the one before it");
-                overlapping_.insert(entry);
-                unreadable_.insert(entry->name);
-            } else if (end > size_) {
+            else if (end > size_)
                 Add(*entry, "zip.data", entry->header_offset,
                     "the entry reaches past the end of the file");
-                overlapping_.insert(entry);
-                unreadable_.insert(entry->name);
+            if (entry->header_offset >= taken && end <= size_) {
+                taken = end;
                 continue;
             }
-            taken = std::max(taken, end);
+            // What such an entry claims to take says nothing of those behind it.
+            overlapping_.insert(entry);
+            unreadable_.insert(PlainName(entry->name));
         }
     }
 

@@ -136,16 +136,6 @@ private:
     std::uint64_t at_ = 0;
 };
 
-// Names with or without slashes at their ends mean one file.
-std::string PlainName(const std::string& name) {
-    std::string plain;
-    for (char c : name)
-        if (c != '/' || (!plain.empty() && plain.back() != '/')) plain += c;
-    while (!plain.empty() && plain.back() == '/')
-        plain.pop_back();
-    return plain;
-}
-
 void FindTwins(const std::vector<ZipEntry>& entries, Findings& findings) {
     std::map<std::string, const ZipEntry*> seen;
     for (const ZipEntry& entry : entries) {
@@ -162,6 +152,15 @@ void FindTwins(const std::vector<ZipEntry>& entries, Findings& findings) {
 }
 
 }  // namespace
+
+std::string PlainName(const std::string& name) {
+    std::string plain;
+    for (char c : name)
+        if (c != '/' || (!plain.empty() && plain.back() != '/')) plain += c;
+    while (!plain.empty() && plain.back() == '/')
+        plain.pop_back();
+    return plain;
+}
 
 ZipListing ListZip(nuo::archive::iarchive& file, Findings& findings) {
     ZipListing listing;

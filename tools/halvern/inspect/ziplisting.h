@@ -13,6 +13,9 @@
 
 namespace halvern::inspect {
 
+// The name by which the package knows an entry: without empty parts.
+std::string PlainName(const std::string& name);
+
 struct ZipEntry {
     std::string name;
     std::uint16_t flags = 0;
