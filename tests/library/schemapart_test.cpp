@@ -1,5 +1,7 @@
 #include "assets/library/schemapart.h"
 
+#include "assets/library/tabletext.h"
+#include "assets/schema/schemaxmlwriter.h"
 #include "support.h"
 
 namespace korvanet::platform::assets {
@@ -41,8 +43,89 @@ TEST(SchemaPart, ASchemaWithAPropertyThatItsFileWouldLeaveOutIsNotTaken) {
         LoadGlobal(host, "BoolSchema", R"(<AssetSchema><UID val="BoolSchema"/>
 <Base val="ListSchema"/><Boolean id="x" val="true"/></AssetSchema>)");
     ASSERT_NE(child, nullptr);
-    EXPECT_FALSE(KeepsItsShape(*child));
+    EXPECT_FALSE(KeepsItsShape(*host.global, *child, WriteSchemaXml(*child)));
     EXPECT_EQ((*library)->EnsureSchema(*child), nullptr);
+    EXPECT_TRUE((*library)->Save());
+}
+
+// One of each class whose element and flags tell more or less than the class.
+void AddOddProperties(KRVTSchemaDefinition& schema) {
+    using namespace PropertyFlags;
+    ASSERT_NE(schema.AddFloatProperty(L"o_unit", kPublic, L"", 1.5, L"parsec", nullptr), nullptr);
+    ASSERT_NE(schema.AddUriProperty(L"o_texture", kPublic | kTextureURI, L"", L"t"), nullptr);
+    ASSERT_NE(schema.AddUriProperty(L"o_code", kPublic | kImplementation, L"", L"c"), nullptr);
+    ASSERT_NE(schema.AddUriProperty(L"o_panel", kPublic | kUIDefinition, L"", L"u"), nullptr);
+}
+
+TEST(SchemaPart, ARecordReadsBackWhateverClassesAHostChoseForItsProperties) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AddOddProperties(*(*library)->Schemas().FindOwn("PaintSchema"));
+        AssetDefinition& red = AddPaint(*library, "Red");
+        SetText(red, "o_texture", "t2");
+        SetText(red, "o_code", "c2");
+        SetText(red, "o_panel", "u2");
+        SetText(red, "p_file", "f2");
+        bytes = library->SavedBytes();
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, false);
+    for (const auto& [name, text] :
+         {std::pair{"o_texture", "t2"}, {"o_code", "c2"}, {"o_panel", "u2"}, {"p_file", "f2"}})
+        EXPECT_STREQ(again.Text("Red", name).c_str(), text) << name;
+}
+
+TEST(SchemaPart, ARecordReadsBackWhenASchemaHasAListWhereItsBaseHasOneValue) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        const auto load = [&](const char* id, const char* xml) {
+            KRVTSchemaDefinition* const schema = LoadGlobal(host, id, xml);
+            ASSERT_NE((*library)->EnsureSchema(*schema), nullptr) << id;
+        };
+        load("OneSchema", R"(<AssetSchema><UID val="OneSchema"/><Base val="PaintSchema"/>
+<type val="materialappearance"/><String id="l" val="one"/></AssetSchema>)");
+        load("ManySchema", R"(<AssetSchema><UID val="ManySchema"/><Base val="OneSchema"/>
+<String id="l" allowmultiplevalues="true" val="a,b,c"/><String id="m" val="n"/></AssetSchema>)");
+        KRVTSchemaDefinition& many = *(*library)->Schemas().FindOwn("ManySchema");
+        AssetDefinition& model = MakeDefinition(many, velmor::Namespace(), "model");
+        model.AddReference();
+        SetText(model, "m", "n2");
+        ASSERT_NE((*library)->CreatePreset(model, "Red", {}), nullptr);
+        model.Release();
+        bytes = library->SavedBytes();
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, false);
+    EXPECT_EQ(TextsOf(again.Definition("Red"), "l"), (std::vector<nuo::string>{"a", "b", "c"}));
+    EXPECT_STREQ(again.Text("Red", "m").c_str(), "n2");
+}
+
+TEST(SchemaPart, ASchemaWhoseFileWouldLoseAPropertyIsRefusedBeforeARecordIsStored) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AddPaint(*library, "Red");
+    KRVTSchemaDefinition& schema = *(*library)->Schemas().FindOwn("PaintSchema");
+    PropertyBase& depth = *schema.FindProperty(nuo::string_ref("p_depth"));
+    const intrusive_ptr<KRVTBounds> limits(new KRVTBounds(true, 7, true, false, 0, true, 1, false));
+    depth.Descriptor().bounds = limits;
+    EXPECT_FALSE((*library)->Save());
+    EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 0U);
+    EXPECT_EQ(library->Part("LIB/Schemas/CommonSchema.xml"), "");
+    ASSERT_TRUE(dynamic_cast<IScalarValue&>(*depth.GetValue()).SetValue(7.5));
+    EXPECT_TRUE((*library)->Save());
+}
+
+TEST(SchemaPart, ASchemaWhoseFileWouldNameAnotherBaseIsRefused) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition& schema = *(*library)->Schemas().FindOwn("PaintSchema");
+    ASSERT_TRUE(SetText(schema, "BaseSchema", "Elsewhere"));
+    EXPECT_FALSE((*library)->Save());
+    ASSERT_TRUE(SetText(schema, "BaseSchema", "CommonSchema"));
     EXPECT_TRUE((*library)->Save());
 }
 

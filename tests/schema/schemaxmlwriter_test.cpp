@@ -2,10 +2,13 @@
 
 #include "assets/property/numbervalues.h"
 #include "assets/property/stringvalues.h"
+#include "assets/schema/propertyflags.h"
 #include "assets/schema/schemainheritance.h"
 #include "schema/support.h"
 
 namespace korvanet::platform::assets {
+
+using namespace PropertyFlags;
 
 class SchemaXmlWriterTest : public SchemaTest {
 protected:
@@ -142,10 +145,69 @@ TEST_F(SchemaXmlWriterTest, ANumberWithAUnitIsADistanceWithItsShortWord) {
 
 TEST_F(SchemaXmlWriterTest, AnUnknownUnitIsNotSpecified) {
     KRVTSchemaDefinition& schema = ReadElements("<UID val='S'/><Float id='p' unit='furlong'/>");
-    EXPECT_EQ(Inner(schema), "<Float id=\"p\" val=\"0\" label=\"p\">\n</Float>");
+    const std::string written =
+        "<Float id=\"p\" val=\"0\" unit=\"NotSpecified\" label=\"p\">\n</Float>";
+    EXPECT_EQ(Inner(schema), written);
+    EXPECT_TRUE(Is<GeneralUnitsValue>(Find(ReadBack(schema), "p")));
+    EXPECT_EQ(Find(ReadBack(schema), "p").GetValue()->GetUnits(), 0u);
     As<IScalarValue>(Find(schema, "p")).SetUnits(77);
+    EXPECT_EQ(Inner(schema), written);
+}
+
+TEST_F(SchemaXmlWriterTest, AUriWithARoleThatItsElementWouldNotRestoreIsAUrl) {
+    KRVTSchemaDefinition& schema = NewSchema("S");
+    schema.AddUriProperty(L"a", kPublic | kTextureURI, L"", L"x,y");
+    schema.AddUriProperty(L"b", kPublic | kImplementation, L"", L"x,y");
+    schema.AddUriProperty(L"c", kPublic | kUIDefinition, L"", L"x,y");
+    schema.AddUriProperty(L"d", kReadOnly | kUIDefinition | kAllowMultipleValues, L"", L"x,y");
     EXPECT_EQ(Inner(schema),
-              "<Float id=\"p\" val=\"0\" unit=\"NotSpecified\" label=\"p\">\n</Float>");
+              "<URL id=\"a\" val=\"x\\,y\" label=\"a\">\n</URL>"
+              "<URL id=\"b\" val=\"x\\,y\" label=\"b\">\n</URL>"
+              "<URL id=\"c\" val=\"x\\,y\" label=\"c\">\n</URL>"
+              "<URL id=\"d\" public=\"false\" readonly=\"true\" allowmultiplevalues=\"true\""
+              " val=\"x\\,y\">\n</URL>");
+}
+
+TEST_F(SchemaXmlWriterTest, ARoleIsToldWhereTheBaseRestoresTheOtherFlags) {
+    KRVTSchemaDefinition& base =
+        ReadElements("<UID val='B'/><URL id='a'/><implementation id='b' val='x'/>");
+    KRVTSchemaDefinition& child =
+        ReadElements("<UID val='S'/><implementation id='a' val='x,y'/><ui id='b' val='x,y'/>");
+    child.SetBase(&base);
+    InheritFrom(child, base);
+    KRVTSchemaDefinition& again = ReadBack(child);
+    InheritFrom(again, base);
+    EXPECT_EQ(Find(again, "a").GetFlags(), kPublic | kImplementation);
+    EXPECT_EQ(Find(again, "b").GetFlags(), kReadOnly | kImplementation | kUIDefinition);
+    EXPECT_EQ(TextsOf(Find(again, "a")), Lines{"x,y"});
+    EXPECT_EQ(TextsOf(Find(again, "b")), Lines{"x,y"});
+}
+
+TEST_F(SchemaXmlWriterTest, AValueOfAnotherClassThanTheBasesReadsBackAsItsOwn) {
+    constexpr const char* kForms[] = {
+        "<String id='p' val='a,b'/>", "<String id='p' val='a,b' allowmultiplevalues='true'/>",
+        "<URL id='p' val='a,b'/>",    "<URL id='p' val='a,b' allowmultiplevalues='true'/>",
+        "<ui id='p' val='a,b'/>",     "<TextureURI id='p' val='a,b'/>",
+        "<Float id='p' val='1'/>",    "<Float id='p' val='1,2' allowmultiplevalues='true'/>",
+        "<Float id='p' unit='mm'/>",  "<Float id='p' unit='parsec'/>",
+        "<Distance id='p' val='1'/>", "<Vector3 id='p' valX='1'/>",
+        "<Color id='p' valR='1'/>",   "<Color id='p' valR='1,2' allowmultiplevalues='true'/>",
+        "<Integer id='p' val='1'/>",  "<Integer id='p' val='1,2' allowmultiplevalues='true'/>"};
+    for (const char* ofBase : kForms) {
+        for (const char* ofChild : kForms) {
+            KRVTSchemaDefinition& base = ReadElements(ofBase);
+            KRVTSchemaDefinition& child = ReadElements(std::string("<UID val='S'/>") + ofChild);
+            child.SetBase(&base);
+            InheritFrom(child, base);
+            const PropertyBase& property = Find(child, "p");
+            if (CheckPropertyFlags(property.GetType(), property.GetFlags()) != 0) continue;
+            KRVTSchemaDefinition& again = ReadBack(child);
+            InheritFrom(again, base);
+            const PropertyBase& twin = Find(again, "p");
+            EXPECT_TRUE(twin.IsEqual(&property)) << ofBase << ofChild;
+            EXPECT_EQ(twin.GetFlags(), property.GetFlags()) << ofBase << ofChild;
+        }
+    }
 }
 
 TEST_F(SchemaXmlWriterTest, WritesVectorsAndColors) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "assets/library/datastore.h"
@@ -226,6 +227,8 @@ private:
     HalvernAsset* LoadConnected(nuo::string_ref name);
 
     // generallibrary_save.cpp
+    // Ids and texts of schemas.
+    using SchemaTexts = std::vector<std::pair<nuo::string, nuo::string>>;
     bool MergeSchemas();
     bool MergeGlobal(KRVTSchemaDefinition& schema);
     void RefreshDerivedSchemas();
@@ -236,7 +239,8 @@ private:
     void FreeBlocks(HalvernAsset& record);
     void SeparateRecords();
     void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
-    bool WriteSchemas();
+    bool TellSchemas(SchemaTexts& texts) const;
+    void WriteSchemas(const SchemaTexts& texts);
     nuo::string SchemaLeaf(const nuo::string& id) const;
     SchemaLeaves ChooseSchemaLeaves() const;
     void RemoveOtherParts(const SchemaLeaves& leaves);
@@ -246,6 +250,7 @@ private:
     nuo::archive::archive_ptr OpenForRewrite(nuo::string_ref path);
 
     // generallibrary_presets.cpp
+    bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
     void ImportFiles(PropertyTableImp& first);
     AssetDefinition* StorePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                  const std::vector<PresetValue>& values,

@@ -127,6 +127,14 @@ bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {
     return true;
 }
 
+// As a save makes it, which takes in what the base has here.
+bool GeneralLibrary::CouldBeSaved(const KRVTSchemaDefinition& schema) const {
+    const intrusive_ptr<KRVTSchemaDefinition> saved = CopySchema(schema);
+    if (const KRVTSchemaDefinition* base = schema.BaseDefinition()) InheritFrom(*saved, *base);
+    const nuo::string text = WriteSchemaXml(*saved);
+    return IsReadableSchema(text) && KeepsItsShape(*schemas_, *saved, text);
+}
+
 KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema) {
     if (schemas_->IsOwn(schema)) return &schema;
     KRVTSchemaDefinition* base = schema.BaseDefinition();
@@ -141,7 +149,7 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema)
     if (!CanNameSchemaPart(schema.Id())) return nullptr;
     const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
     copy->SetBase(base);
-    if (!KeepsItsShape(*copy) || !IsReadableSchema(WriteSchemaXml(*copy))) return nullptr;
+    if (!CouldBeSaved(*copy)) return nullptr;
     copy->SetLibrary(this);
     copy->SetSet(&host_.Schemas());
     const nuo::string id = schema.Id();

@@ -81,13 +81,15 @@ bool GeneralLibrary::Save() {
     // Everything is read by the forms that it was written in before any of these change.
     ForEachRecord([this](HalvernAsset& record) { LoadRecord(record); });
     CheckConnectionDepth();
-    if (!MergeSchemas()) return false;
+    SchemaTexts schema_texts;
+    if (!MergeSchemas() || !TellSchemas(schema_texts)) return false;
     MarkOldForms();
     SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {
         if (record.state == kChanged) WriteRecord(record);
     });
-    if (!WriteSchemas() || !WriteContents()) return false;
+    WriteSchemas(schema_texts);
+    if (!WriteContents()) return false;
     definition_store_->Flush();
     instance_store_->Flush();
     if (!WriteVersionTable()) return false;
@@ -227,19 +229,28 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     record.state = 0;
 }
 
-// All parts have their names before any is written: what a schema was read from may have the name
-// that follows from the id of another one.
-bool GeneralLibrary::WriteSchemas() {
+// False, before any record is stored by a layout that no reader would find, when a schema can't be
+// told or has no part to be written to.
+bool GeneralLibrary::TellSchemas(SchemaTexts& texts) const {
     const SchemaLeaves leaves = ChooseSchemaLeaves();
     for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
-        const nuo::string text = WriteSchemaXml(*schema);
-        const auto leaf = leaves.find(schema->Id());
-        if (leaf == leaves.end() || !KeepsItsShape(*schema) || !IsReadableSchema(text))
+        nuo::string text = WriteSchemaXml(*schema);
+        if (leaves.count(schema->Id()) == 0 || !IsReadableSchema(text) ||
+            !KeepsItsShape(*schemas_, *schema, text))
             return false;
-        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaf->second)), text);
+        texts.emplace_back(schema->Id(), std::move(text));
     }
-    RemoveOtherParts(leaves);
     return true;
+}
+
+// All parts have their names before any is written: what a schema was read from may have the name
+// that follows from the id of another one.
+void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
+    const SchemaLeaves leaves = ChooseSchemaLeaves();
+    for (const auto& [id, text] : texts)
+        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaves.find(id)->second)),
+                  text);
+    RemoveOtherParts(leaves);
 }
 
 // By the id of each schema. One whose part would be written over another's has none: also over that

@@ -3,10 +3,13 @@
 #include <algorithm>
 
 #include "assets/library/libraryparts.h"
+#include "assets/library/recordlayout.h"
 #include "assets/package/jpkfs.h"
 #include "assets/schema/propertyflags.h"
 #include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemamanager.h"
 #include "assets/schema/schemaxmlreader.h"
+#include "nuo/common/buffer_archive.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -42,11 +45,22 @@ bool IsReadableSchema(nuo::string_ref text) {
            commas + elements * kListsOfElement <= kMaxSchemaListElements;
 }
 
-bool KeepsItsShape(const KRVTSchemaDefinition& schema) {
+bool KeepsItsShape(const SchemaManager& schemas, const KRVTSchemaDefinition& schema,
+                   nuo::string_ref text) {
     const auto properties = schema.Properties();
-    return std::all_of(properties.begin(), properties.end(), [](const PropertyBase* property) {
-        return CheckPropertyFlags(property->GetType(), property->GetFlags()) == 0;
-    });
+    const bool whole =
+        std::all_of(properties.begin(), properties.end(), [](const PropertyBase* property) {
+            return CheckPropertyFlags(property->GetType(), property->GetFlags()) == 0;
+        });
+    if (!whole) return false;
+    const auto* first = reinterpret_cast<const nuo::byte*>(text.data());
+    const nuo::buffer<nuo::byte> bytes(first, first + text.size());
+    nuo::archive::buffer_in archive(bytes);
+    KRVTSchemaDefinition* const base = schema.BaseDefinition();
+    const auto again = schemas.ReadAlone(archive, base);
+    return again && again->Id() == schema.Id() &&
+           (base == nullptr || again->BaseId() == base->Id()) &&
+           RecordLayout(*again).SameForm(RecordLayout(schema));
 }
 
 }  // namespace korvanet::platform::assets

@@ -140,6 +140,20 @@ KRVTSchemaDefinition* SchemaManager::LoadFromFolder(const nuo::string& folder,
     return IsPending(schema->Id()) ? nullptr : schema;
 }
 
+SchemaManager::SchemaPtr SchemaManager::ReadAlone(nuo::archive::iarchive& source,
+                                                  KRVTSchemaDefinition* base) const {
+    const SchemaPtr schema = Parse(source, nuo::string());
+    if (!schema) return schema;
+    CompleteVersion(*schema);
+    if (schema->Id() == grammar::kCommonSchema) {
+        CompleteRoot(*schema);
+    } else if (base != nullptr) {
+        schema->SetBase(base);
+        InheritFrom(*schema, *base);
+    }
+    return schema;
+}
+
 void SchemaManager::ExpectFiles(std::vector<nuo::string> ids) {
     expected_ = std::set<nuo::string, nuo::string_less>(ids.begin(), ids.end());
 }

@@ -36,6 +36,8 @@ enum class SchemaScope {
  */
 class SchemaManager {
 public:
+    using SchemaPtr = intrusive_ptr<KRVTSchemaDefinition>;
+
     /** `set` and `library` may be null; a library's manager passes itself on to its schemas. */
     SchemaManager(const ModuleContext& context, velmor::Namespace schemas, SchemaScope scope,
                   ISchemaSet* set, const ISchemaLibrary* library = nullptr);
@@ -60,6 +62,12 @@ public:
      * not known. Null when the schema can't be read or one of its bases is missing.
      */
     KRVTSchemaDefinition* LoadFromFolder(const nuo::string& folder, const nuo::string& id);
+
+    /**
+     * What a reader of this text makes of it below `base`, which may be null: a schema that stands
+     * in no set. Null when there is none to read.
+     */
+    SchemaPtr ReadAlone(nuo::archive::iarchive& source, KRVTSchemaDefinition* base) const;
 
     /** Ids of the files that are going to be loaded; see SchemaScope::kLibrary. */
     void ExpectFiles(std::vector<nuo::string> ids);
@@ -96,8 +104,6 @@ public:
     void Clear();
 
 private:
-    using SchemaPtr = intrusive_ptr<KRVTSchemaDefinition>;
-
     SchemaPtr MakeSchema(const nuo::string& id) const;
     SchemaPtr Parse(nuo::archive::iarchive& source, const nuo::string& sourcePath) const;
     KRVTSchemaDefinition* Loaded(nuo::string_ref id) const;

@@ -6,6 +6,7 @@
 #include "assets/property/choice.h"
 #include "assets/property/numbervalues.h"
 #include "assets/property/units.h"
+#include "assets/property/urivalues.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/propertyflags.h"
 #include "assets/schema/schemacompare.h"
@@ -15,6 +16,8 @@
 #include "assets/schema/xmldocument.h"
 #include "nuo/common/string_algo/number.h"
 #include "nuo/common/string_builder.h"
+#include "velmor/array.h"
+#include "velmor/vocabulary.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -44,14 +47,30 @@ nuo::string Join(std::uint64_t count, Append append) {
     return nuo::string(out);
 }
 
-bool IsWholeUri(const PropertyBase& property) {
-    return (property.GetFlags() & (kImplementation | kUIDefinition)) != 0;
+bool IsList(const PropertyBase& property) {
+    return DataAs<velmor::Array>(property) != nullptr;
 }
 
-nuo::string_ref UriElement(std::uint32_t flags) {
+bool IsWholeUri(nuo::string_ref name) {
+    return name == element::kImplementation || name == element::kUi;
+}
+
+/**
+ * The elements of the two roles make a read-only property of one value. What is stored in records
+ * takes one only where the base restores the other flags.
+ */
+nuo::string_ref UriElement(const PropertyBase& property, const PropertyBase* inherited) {
+    if (dynamic_cast<const TextureURIValue*>(&property) != nullptr) return element::kTextureUri;
+    const std::uint32_t flags = property.GetFlags();
+    if (IsList(property) || (inherited == nullptr && (flags & kReadOnly) == 0)) {
+        return element::kUrl;
+    }
+    // A role that the base has comes back without being told.
+    const std::uint32_t own = inherited != nullptr ? flags & ~inherited->GetFlags() : flags;
+    if ((own & kImplementation) != 0) return element::kImplementation;
+    if ((own & kUIDefinition) != 0) return element::kUi;
     if ((flags & kImplementation) != 0) return element::kImplementation;
-    if ((flags & kUIDefinition) != 0) return element::kUi;
-    return (flags & kTextureURI) != 0 ? element::kTextureUri : element::kUrl;
+    return (flags & kUIDefinition) != 0 ? element::kUi : element::kUrl;
 }
 
 nuo::string_ref NumberElement(const PropertyBase& property) {
@@ -60,7 +79,7 @@ nuo::string_ref NumberElement(const PropertyBase& property) {
 }
 
 /** Empty for a kind that schema files do not know. */
-nuo::string_ref ElementOf(const PropertyBase& property) {
+nuo::string_ref ElementOf(const PropertyBase& property, const PropertyBase* inherited) {
     switch (property.GetType()) {
         case PropertyType::kBinary:
             return element::kBinary;
@@ -69,7 +88,7 @@ nuo::string_ref ElementOf(const PropertyBase& property) {
         case PropertyType::kDateTime:
             return element::kDateTime;
         case PropertyType::kUri:
-            return UriElement(property.GetFlags());
+            return UriElement(property, inherited);
         case PropertyType::kBoolean:
             return element::kBoolean;
         case PropertyType::kInteger:
@@ -107,6 +126,13 @@ constexpr FlagAttribute kFlagAttributes[] = {
     {kMetadata, attribute::kMetadata, grammar::kTrue},
 };
 
+/** Whether there is a list is told by the value: the flag may be that of a base with another one.
+ */
+std::uint32_t ToldFlags(const PropertyBase& property) {
+    const std::uint32_t flags = property.GetFlags() & ~kAllowMultipleValues;
+    return IsList(property) ? flags | kAllowMultipleValues : flags;
+}
+
 void WriteFlags(const XmlElement& node, std::uint32_t flags) {
     if ((flags & kPublic) == 0) node.SetAttribute(attribute::kPublic, grammar::kFalse);
     for (const FlagAttribute& row : kFlagAttributes) {
@@ -117,10 +143,6 @@ void WriteFlags(const XmlElement& node, std::uint32_t flags) {
 void WriteText(const XmlElement& node, const PropertyBase& property) {
     const std::uint64_t count = TextCount(property);
     if (count == 0) return;
-    if (IsWholeUri(property)) {
-        node.SetAttribute(attribute::kVal, *TextAt(property, 0));
-        return;
-    }
     node.SetAttribute(attribute::kVal, Join(count, [&](nuo::string_builder& out, std::uint64_t i) {
                           AppendEscapedValue(out, *TextAt(property, i));
                       }));
@@ -175,7 +197,10 @@ void WriteNumber(const XmlElement& node, const PropertyBase& property) {
                               nuo::append_text(out, value.GetValue(i));
                           }));
     }
-    if (value.GetUnits() != 0) node.SetAttribute(attribute::kUnit, WordFromUnit(value.GetUnits()));
+    // Also without a code: a reader makes another value of a number that has no unit at all.
+    if (DataAs<velmor::UnitsValue>(property) != nullptr) {
+        node.SetAttribute(attribute::kUnit, WordFromUnit(value.GetUnits()));
+    }
 }
 
 void WriteColor(const XmlElement& node, const PropertyBase& property) {
@@ -271,13 +296,18 @@ void WriteChildren(const XmlElement& node, const PropertyBase& property) {
     }
 }
 
-void WriteProperty(const XmlElement& root, const PropertyBase& property) {
-    const nuo::string_ref name = ElementOf(property);
+void WriteProperty(const XmlElement& root, const PropertyBase& property,
+                   const PropertyBase* inherited) {
+    const nuo::string_ref name = ElementOf(property, inherited);
     if (name.empty()) return;
     const XmlElement node = root.AddChild(name);
     node.SetAttribute(attribute::kId, property.Name());
-    WriteFlags(node, property.GetFlags());
-    WriteValue(node, property);
+    WriteFlags(node, ToldFlags(property));
+    if (IsWholeUri(name)) {
+        node.SetAttribute(attribute::kVal, *TextAt(property, 0));
+    } else {
+        WriteValue(node, property);
+    }
     if ((property.GetFlags() & kPublic) != 0) {
         node.SetAttribute(attribute::kLabel, property.Descriptor().label);
     }
@@ -294,15 +324,15 @@ nuo::string TextOf(const KRVTSchemaDefinition& schema, nuo::string_ref name) {
     return text != nullptr ? *text : nuo::string();
 }
 
-/** Whether the property is told otherwise: by a directive, or by the base. */
-bool IsImplied(const KRVTSchemaDefinition& schema, const PropertyBase& property) {
-    const bool hasDirective = property.Name() == grammar::property::kBaseSchema ||
-                              property.Name() == grammar::property::kAssetType;
-    if (hasDirective && !(schema.Id() == grammar::kCommonSchema)) return true;
+bool HasDirective(const KRVTSchemaDefinition& schema, const PropertyBase& property) {
+    return !(schema.Id() == grammar::kCommonSchema) &&
+           (property.Name() == grammar::property::kBaseSchema ||
+            property.Name() == grammar::property::kAssetType);
+}
+
+const PropertyBase* InheritedBy(const KRVTSchemaDefinition& schema, const PropertyBase& property) {
     const KRVTSchemaDefinition* base = schema.BaseDefinition();
-    const PropertyBase* inherited =
-        base != nullptr ? base->FindProperty(property.Name().ref()) : nullptr;
-    return inherited != nullptr && IsSameDefault(property, *inherited);
+    return base != nullptr ? base->FindProperty(property.Name().ref()) : nullptr;
 }
 
 bool HasFittingFlags(const PropertyBase& property) {
@@ -321,9 +351,10 @@ nuo::string WriteSchemaXml(const KRVTSchemaDefinition& schema) {
     WriteDirective(root, element::kBase, TextOf(schema, grammar::property::kBaseSchema));
     WriteDirective(root, element::kType, TextOf(schema, grammar::property::kAssetType));
     for (const PropertyBase* property : schema.Properties()) {
-        if (!IsImplied(schema, *property) && HasFittingFlags(*property)) {
-            WriteProperty(root, *property);
-        }
+        if (HasDirective(schema, *property)) continue;
+        const PropertyBase* inherited = InheritedBy(schema, *property);
+        if (inherited != nullptr && IsSameDefault(*property, *inherited)) continue;
+        if (HasFittingFlags(*property)) WriteProperty(root, *property, inherited);
     }
     for (std::uint64_t i = 0; const auto* alias = schema.AliasAt(i); ++i) {
         const XmlElement node = root.AddChild(element::kPropertyAlias);
