@@ -1,5 +1,9 @@
 #include "assets/library/schemapart.h"
 
+#include <pthread.h>
+
+#include <functional>
+
 #include "assets/library/tabletext.h"
 #include "assets/schema/schemaxmlwriter.h"
 #include "support.h"
@@ -117,6 +121,35 @@ TEST(SchemaPart, ASchemaWhoseFileWouldLoseAPropertyIsRefusedBeforeARecordIsStore
     EXPECT_EQ(library->Part("LIB/Schemas/CommonSchema.xml"), "");
     ASSERT_TRUE(dynamic_cast<IScalarValue&>(*depth.GetValue()).SetValue(7.5));
     EXPECT_TRUE((*library)->Save());
+}
+
+// Runs on a stack that a call for each schema of a long chain does not fit on.
+void RunOnASmallStack(std::function<void()> work) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 << 10), 0);
+    pthread_t thread;
+    const auto run = [](void* given) -> void* {
+        (*static_cast<std::function<void()>*>(given))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+    EXPECT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+TEST(SchemaPart, AChainOfSchemasOfAnyLengthIsTakenIn) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition* leaf = host.global->FindOwn("CommonSchema");
+    for (int i = 0; i < 4000; ++i)
+        leaf = host.global->CreateSchema(("S" + std::to_string(i)).c_str(), "", leaf);
+    ASSERT_NE(leaf, nullptr);
+    KRVTSchemaDefinition* own = nullptr;
+    RunOnASmallStack([&] { own = (*library)->EnsureSchema(*leaf); });
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own, (*library)->Schemas().FindOwn("S3999"));
+    EXPECT_EQ((*library)->Schemas().GetSchemaCount(), 4002U);
 }
 
 TEST(SchemaPart, ASchemaWhoseFileWouldNameAnotherBaseIsRefused) {

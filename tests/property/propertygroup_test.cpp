@@ -53,6 +53,20 @@ TEST_F(PropertyGroupTest, NamesThatGoOnSortBehindThoseThatEnd) {
     EXPECT_EQ(group.Find("a\x80\x80"), nullptr);
 }
 
+TEST_F(PropertyGroupTest, EachOfVeryManyNamesIsFound) {
+    const auto name = [](int i) { return nuo::string(("name" + std::to_string(i)).c_str()); };
+    for (int i = 0; i < 1000; ++i)
+        group.Insert(MakeProperty(context, ValueClass::kScalarValue, name(i), "", 0));
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_NE(group.Find(name(i)), nullptr) << i;
+        EXPECT_TRUE(group.Find(name(i))->Name() == name(i)) << i;
+    }
+    EXPECT_EQ(group.Find(name(1000)), nullptr);
+    EXPECT_EQ(group.Find(""), nullptr);
+    EXPECT_TRUE(group.Remove(name(500)));
+    EXPECT_EQ(group.Find(name(500)), nullptr);
+}
+
 TEST_F(PropertyGroupTest, OrderIsThatOfTheStrings) {
     const char* const pieces[] = {"", "a", "\x80", "\xFF", "\x7F", "z", "0"};
     std::vector<nuo::string> names;

@@ -1,7 +1,9 @@
 #include "assets/schema/schemamanager.h"
 
 #include "assets/schema/schemamerge.h"
+#include "assets/schema/schemaxmlreader.h"
 #include "schema/support.h"
+#include "support/raised.h"
 
 namespace korvanet::platform::assets {
 
@@ -184,6 +186,80 @@ TEST_F(SchemaManagerTest, ALongChainOfBasesIsAdded) {
     }
     EXPECT_TRUE(global.AddSchema(library.FindOwn(nuo::string(base.c_str()))));
     EXPECT_EQ(global.GetSchemaCount(), 301u);
+}
+
+// A root schema so large that a set has room for 16 schemas below it.
+std::string LargeCommonXml() {
+    std::string more;
+    for (int i = 0; i < 16000; ++i)
+        more += "<URL id=\"u" + std::to_string(i) + "\"/>";
+    return CommonXml(more);
+}
+
+TEST_F(SchemaManagerTest, ASchemaThatTheSetHasNoRoomToInheritForIsRefused) {
+    ASSERT_NE(Load(library, LargeCommonXml()), nullptr);
+    for (int i = 0; i < 16; ++i)
+        ASSERT_NE(Load(library, DerivedXml("S" + std::to_string(i), "CommonSchema", "")), nullptr);
+    const std::string last = DerivedXml("S16", "CommonSchema", "");
+    EXPECT_EQ(halvern_tests::Raised<schema_too_large>([&] { Load(library, last); }),
+              "The schemas inherit too much.");
+    EXPECT_EQ(library.GetSchemaCount(), 17u);
+    EXPECT_FALSE(library.HasPending());
+    library.Clear();
+    ASSERT_NE(Load(library, CommonXml()), nullptr);
+    EXPECT_NE(Load(library, last), nullptr);
+}
+
+TEST_F(SchemaManagerTest, NeitherIsOneMadeNorAddedThatTheSetHasNoRoomToInheritFor) {
+    ASSERT_NE(LoadGlobal(LargeCommonXml()), nullptr);
+    KRVTSchemaDefinition* stranger = Load(library, DerivedXml("Stranger", "CommonSchema", ""));
+    ASSERT_NE(stranger, nullptr);
+    for (int i = 0; i < 16; ++i)
+        ASSERT_NE(global.CreateSchema(Text(("S" + std::to_string(i)).c_str()), "", nullptr),
+                  nullptr);
+    EXPECT_EQ(global.CreateSchema("S16", "", nullptr), nullptr);
+    EXPECT_FALSE(global.AddSchema(stranger));
+    EXPECT_EQ(global.GetSchemaCount(), 17u);
+}
+
+// Merges ask the library of their source for its version, once each.
+class CountingLibrary final : public ISchemaLibrary {
+public:
+    LibraryFormat Format() const override {
+        ++merges;
+        return {};
+    }
+
+    mutable int merges = 0;
+};
+
+TEST_F(SchemaManagerTest, OneRunMergesEachSchemaOfAChainOnce) {
+    CountingLibrary counting;
+    SchemaManager chain(world.context, world.MakeNamespace("chain"), SchemaScope::kLibrary, &world,
+                        &counting);
+    Load(chain, CommonXml());
+    std::string base = "CommonSchema";
+    for (int i = 0; i < 50; ++i) {
+        const std::string id = "S" + std::to_string(i);
+        ASSERT_NE(Load(chain, DerivedXml(id, base, "")), nullptr);
+        base = id;
+    }
+    SchemaManager::Added met;
+    for (std::uint64_t i = 0; i < chain.GetSchemaCount(); ++i)
+        EXPECT_TRUE(global.AddSchema(chain.GetSchema(i), met));
+    EXPECT_EQ(counting.merges, 51);
+    EXPECT_EQ(global.GetSchemaCount(), 51u);
+}
+
+TEST_F(SchemaManagerTest, WhatDerivesFromARefusedSchemaIsRefusedInTheSameRun) {
+    Load(library, "<AssetSchema><UID val=\"CommonSchema\"/></AssetSchema>");
+    Load(library, DerivedXml("B", "CommonSchema", ""));
+    Load(library, DerivedXml("A", "B", ""));
+    SchemaManager::Added met;
+    EXPECT_FALSE(global.AddSchema(library.FindOwn("B"), met));
+    LoadGlobal(CommonXml());
+    EXPECT_FALSE(global.AddSchema(library.FindOwn("A"), met));
+    EXPECT_EQ(global.GetSchemaCount(), 1u);
 }
 
 TEST_F(SchemaManagerTest, ClearDestroysAllSchemasAndWhatIsPending) {

@@ -63,6 +63,12 @@ TestHost::~TestHost() {
     std::filesystem::remove_all(folder);
 }
 
+void TestHost::PromoteSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) {
+    SchemaManager::Added met;
+    for (KRVTSchemaDefinition* schema : schemas)
+        global->AddSchema(schema, met);
+}
+
 nuo::string TestHost::ResolvePath(nuo::string_ref name) {
     const std::string text(name.data(), name.size());
     if (!text.empty() && text[0] == '/')

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "assets/asset/assetdefinition.h"
 #include "assets/asset/assettables.h"
@@ -30,7 +31,7 @@ public:
 
     const ModuleContext& Context() override { return context; }
     ISchemaSet& Schemas() override { return *this; }
-    bool PromoteSchema(KRVTSchemaDefinition& schema) override { return global->AddSchema(&schema); }
+    void PromoteSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) override;
     velmor::fs::IVfs& TempFs() override { return *temp; }
     nuo::string ResolvePath(nuo::string_ref name) override;
     nuo::archive::archive_ptr OpenForeignPart(nuo::string_ref path) override;

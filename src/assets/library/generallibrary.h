@@ -231,7 +231,6 @@ private:
     using SchemaTexts = std::vector<std::pair<nuo::string, nuo::string>>;
     bool MergeSchemas();
     bool MergeGlobal(KRVTSchemaDefinition& schema);
-    void RefreshDerivedSchemas();
     void MarkOldForms();
     void BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefinition& schema);
     void CheckConnectionDepth();
@@ -251,6 +250,7 @@ private:
 
     // generallibrary_presets.cpp
     bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
+    KRVTSchemaDefinition* EnsureBelow(KRVTSchemaDefinition* base, KRVTSchemaDefinition& schema);
     void ImportFiles(PropertyTableImp& first);
     AssetDefinition* StorePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                  const std::vector<PresetValue>& values,

@@ -177,11 +177,11 @@ void GeneralLibrary::LoadSchemas() {
         if (name == common) LoadSchemaPart(name);
     for (const nuo::string& name : names)
         if (!(name == common)) LoadSchemaPart(name);
-    for (KRVTSchemaDefinition* schema : OwnSchemas()) {
+    const std::vector<KRVTSchemaDefinition*> schemas = OwnSchemas();
+    for (const KRVTSchemaDefinition* schema : schemas)
         layouts_.insert_or_assign(schema->Id(), RecordLayout(*schema));
-        // A schema that the shared set refuses still serves its own library.
-        host_.PromoteSchema(*schema);
-    }
+    // A schema that the shared set refuses still serves its own library.
+    host_.PromoteSchemas(schemas);
 }
 
 void GeneralLibrary::LoadSchemaPart(nuo::string_ref name) {

@@ -135,13 +135,21 @@ bool GeneralLibrary::CouldBeSaved(const KRVTSchemaDefinition& schema) const {
     return IsReadableSchema(text) && KeepsItsShape(*schemas_, *saved, text);
 }
 
+// A chain of bases may be far longer than calls can be nested.
 KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema) {
-    if (schemas_->IsOwn(schema)) return &schema;
-    KRVTSchemaDefinition* base = schema.BaseDefinition();
-    if (base != nullptr) {
-        base = EnsureSchema(*base);
-        if (base == nullptr) return nullptr;
+    std::vector<KRVTSchemaDefinition*> strangers;
+    KRVTSchemaDefinition* own = &schema;
+    for (; own != nullptr && !schemas_->IsOwn(*own); own = own->BaseDefinition())
+        strangers.push_back(own);
+    for (; !strangers.empty(); strangers.pop_back()) {
+        own = EnsureBelow(own, *strangers.back());
+        if (own == nullptr) return nullptr;
     }
+    return own;
+}
+
+KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
+                                                  KRVTSchemaDefinition& schema) {
     if (KRVTSchemaDefinition* const own = schemas_->FindOwn(schema.Id())) return own;
     // A schema that waits for its base has none of its properties yet.
     if (base == nullptr && !schema.BaseId().empty()) return nullptr;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <set>
 
 #include "assets/asset/assetmeta.h"
@@ -43,17 +44,26 @@ std::uint32_t StoreRecord(DataStore& store, const nuo::buffer<nuo::byte>& bytes)
     return record.Id();
 }
 
-int DepthOf(const KRVTSchemaDefinition& schema) {
-    int depth = 0;
-    for (const auto* base = schema.BaseDefinition(); base != nullptr; base = base->BaseDefinition())
-        ++depth;
-    return depth;
+using Depths = std::map<const KRVTSchemaDefinition*, int>;
+
+// Notes how many bases a schema has, and how many each of these.
+void NoteDepth(const KRVTSchemaDefinition* schema, Depths& depths) {
+    std::vector<const KRVTSchemaDefinition*> chain;
+    for (; schema != nullptr && !depths.contains(schema); schema = schema->BaseDefinition())
+        chain.push_back(schema);
+    int depth = schema != nullptr ? depths[schema] + 1 : 0;
+    for (; !chain.empty(); chain.pop_back())
+        depths[chain.back()] = depth++;
 }
 
 // Bases before those that derive from them.
 void SortByDepth(std::vector<KRVTSchemaDefinition*>& schemas) {
-    std::stable_sort(schemas.begin(), schemas.end(),
-                     [](const auto* a, const auto* b) { return DepthOf(*a) < DepthOf(*b); });
+    Depths depths;
+    for (const KRVTSchemaDefinition* schema : schemas)
+        NoteDepth(schema, depths);
+    std::stable_sort(schemas.begin(), schemas.end(), [&depths](const auto* a, const auto* b) {
+        return depths.find(a)->second < depths.find(b)->second;
+    });
 }
 
 void WriteText(nuo::archive::iarchive& part, nuo::string_ref text) {

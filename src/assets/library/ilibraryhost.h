@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "assets/property/modulecontext.h"
 #include "assets/schema/ischemaset.h"
 #include "nuo/common/iarchive.h"
@@ -18,9 +20,9 @@ public:
 
     // The schemas that all libraries share.
     virtual ISchemaSet& Schemas() = 0;
-    // Gives a schema a twin in the shared set, bases first. False when it does not fit what is
-    // there.
-    virtual bool PromoteSchema(KRVTSchemaDefinition& schema) = 0;
+    // Gives each of the schemas a twin in the shared set, bases first and none twice. Those that do
+    // not fit what is there, and those that derive from them, are left out.
+    virtual void PromoteSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) = 0;
 
     // The private temporary folder of the process, made on first need. Raises when it cannot be
     // made.

@@ -89,7 +89,7 @@ public:
 
     const ModuleContext& Context() override { return context_; }
     ISchemaSet& Schemas() override { return *this; }
-    bool PromoteSchema(KRVTSchemaDefinition& schema) override;
+    void PromoteSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) override;
     velmor::fs::IVfs& TempFs() override { return temp_.Fs(); }
     nuo::string ResolvePath(nuo::string_ref name) override { return resolver_.Find(name); }
     nuo::archive::archive_ptr OpenForeignPart(nuo::string_ref path) override;

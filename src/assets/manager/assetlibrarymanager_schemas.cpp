@@ -10,8 +10,10 @@
 
 namespace korvanet::platform::assets {
 
-bool AssetLibraryManager::PromoteSchema(KRVTSchemaDefinition& schema) {
-    return schemas_->AddSchema(&schema);
+void AssetLibraryManager::PromoteSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) {
+    SchemaManager::Added met;
+    for (KRVTSchemaDefinition* schema : schemas)
+        schemas_->AddSchema(schema, met);
 }
 
 KRVTSchemaDefinition* AssetLibraryManager::FindGlobalSchema(nuo::string_ref id) {

@@ -9,6 +9,9 @@ namespace korvanet::platform::assets {
 
 namespace {
 
+// In a longer row of hashes a search by comparing names is the quicker one.
+constexpr std::size_t kLongestRow = 256;
+
 // The eight bytes at `position`, or those that are there.
 std::uint64_t Word(nuo::string_ref name, std::uint64_t position) {
     std::uint64_t word = 0;
@@ -63,6 +66,10 @@ bool PropertyGroup::HasNameAt(std::size_t place, nuo::string_ref name) const {
 
 PropertyBase* PropertyGroup::Find(const Key& key) const {
     const std::size_t count = hashes_.size();
+    if (count > kLongestRow) {
+        const std::size_t place = PlaceOf(key.Name());
+        return HasNameAt(place, key.Name()) ? entries_[place].object_ : nullptr;
+    }
     const std::uint32_t* hashes = hashes_.data();
     for (std::size_t i = 0; i < count; ++i) {
         if (hashes[i] == key.Hash() && HasNameAt(i, key.Name())) {

@@ -16,8 +16,8 @@ namespace korvanet::platform::assets {
 //
 // It behaves as an ordered map from name to object and is a sorted vector: the names are those of
 // the properties' descriptors. A group has some tens of properties, so that running through a row
-// of hashes beats a search by comparing names. The objects of a copied group lie in one block;
-// those that are added one by one have blocks of their own.
+// of hashes beats a search by comparing names; a far larger one is searched. The objects of a
+// copied group lie in one block; those that are added one by one have blocks of their own.
 class PropertyGroup {
 public:
     class Entry {

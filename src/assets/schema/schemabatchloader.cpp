@@ -39,8 +39,9 @@ bool SchemaBatchLoader::Commit() {
     if (spent_) return true;
     return Guarded(false, [this] {
         if (store_.HasPending()) return false;
+        SchemaManager::Added met;
         for (std::uint64_t i = 0; i < store_.GetSchemaCount(); ++i) {
-            if (!global_.AddSchema(store_.GetSchema(i))) return false;
+            if (!global_.AddSchema(store_.GetSchema(i), met)) return false;
         }
         RemoveStore();
         return true;

@@ -218,8 +218,8 @@ void SchemaManager::Wait(const SchemaPtr& schema, const nuo::string& base) {
 }
 
 void SchemaManager::Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {
-    schema.SetBase(&base);
-    InheritFrom(schema, base);
+    if (!HasRoomBelow(base)) NUO_RAISE(schema_too_large, "The schemas inherit too much.");
+    Inherit(schema, base);
     Enter(schema);
 }
 

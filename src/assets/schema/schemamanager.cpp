@@ -20,6 +20,14 @@ KRVTSchemaDefinition* SchemaIn(velmor::Object object) {
     return static_cast<KRVTSchemaDefinition*>(static_cast<HalvernAsset*>(object.data())->table);
 }
 
+std::uint64_t PropertyCount(const KRVTSchemaDefinition& schema) {
+    std::uint64_t count = 0;
+    for (std::size_t group = 0; group < PropertyTableImp::kGroupCount; ++group) {
+        count += schema.Group(group).Size();
+    }
+    return count;
+}
+
 /** Sets the property "BaseSchema", or adds it. */
 void SetBaseId(KRVTSchemaDefinition& schema, const nuo::string& base) {
     SchemaPropertyRecord record;
@@ -94,22 +102,30 @@ KRVTSchemaDefinition* SchemaManager::CreateSchema(const nuo::string& id,
 }
 
 bool SchemaManager::AddSchema(KRVTSchemaDefinition* schema) {
+    Added met;
+    return AddSchema(schema, met);
+}
+
+bool SchemaManager::AddSchema(KRVTSchemaDefinition* schema, Added& met) {
     if (schema == nullptr) return false;
     std::vector<KRVTSchemaDefinition*> chain;
-    while (schema != nullptr && !IsOwn(*schema)) {
+    while (schema != nullptr && !IsOwn(*schema) && !met.contains(schema)) {
         chain.push_back(schema);
         schema = schema->BaseDefinition();
     }
-    while (!chain.empty()) {
-        if (!AddOne(*chain.back())) return false;
-        chain.pop_back();
+    const auto known = met.find(schema);
+    bool added = known == met.end() || known->second;
+    for (; !chain.empty(); chain.pop_back()) {
+        added = added && AddOne(*chain.back());
+        met.emplace(chain.back(), added);
     }
-    return true;
+    return added;
 }
 
 void SchemaManager::Clear() {
     waiting_.clear();
     pending_.clear();
+    inherited_ = 0;
     context_.runtime->removeObjects(schemas_);
 }
 
@@ -134,16 +150,26 @@ KRVTSchemaDefinition* SchemaManager::MakeUnder(const nuo::string& id, const nuo:
     if (base != nullptr) {
         const nuo::string baseType = base->AssetType();
         if (!baseType.empty() && !(baseType == assetType)) return nullptr;
+        if (!HasRoomBelow(*base)) return nullptr;
     }
     const SchemaPtr schema = MakeSchema(id);
     if (!assetType.empty() && !SetAssetType(*schema, assetType)) return nullptr;
     if (base != nullptr) {
         SetBaseId(*schema, base->Id());
-        schema->SetBase(base);
-        InheritFrom(*schema, *base);
+        Inherit(*schema, *base);
     }
     Enter(*schema);
     return schema.get();
+}
+
+bool SchemaManager::HasRoomBelow(const KRVTSchemaDefinition& base) const {
+    return inherited_ + PropertyCount(base) <= kMaxInheritedProperties;
+}
+
+void SchemaManager::Inherit(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {
+    inherited_ += PropertyCount(base);
+    schema.SetBase(&base);
+    InheritFrom(schema, base);
 }
 
 bool SchemaManager::AddOne(KRVTSchemaDefinition& schema) {
@@ -166,9 +192,11 @@ bool SchemaManager::AddNew(KRVTSchemaDefinition& schema) {
         base = FindOwn(grammar::kCommonSchema);
         if (base == nullptr) return false;
     }
+    const std::uint64_t inherited = inherited_;
     KRVTSchemaDefinition* twin = MakeUnder(schema.Id(), schema.AssetType(), base);
     if (twin == nullptr) return false;
     if (!MergeInto(schema, twin).merged) {
+        inherited_ = inherited;
         context_.runtime->removeObject(schemas_, schema.Id());
         return false;
     }

@@ -29,6 +29,14 @@ enum class SchemaScope {
 };
 
 /**
+ * How many properties all schemas of one set may inherit together. Each schema holds a copy of all
+ * properties of its base, so that some thousand files of a hundred bytes below one large base would
+ * fill the memory. Chosen: a set of five hundred schemas that inherit a hundred properties each
+ * stays below a fifth of it, and at the bound the copies take less than a hundred megabytes.
+ */
+inline constexpr std::uint64_t kMaxInheritedProperties = 1u << 18;
+
+/**
  * A set of schemas in a namespace, and the loading of schema files into it. Files come in any
  * order: a schema whose base is missing is pending, outside the namespace, until the base arrives.
  *
@@ -52,7 +60,8 @@ public:
      * Reads one schema from the start of the source. Null when there is none to read, it is
      * malformed, has no id or no base, or is a root schema that the global set refuses. An id that
      * is loaded already gives the schema loaded first and the warning "Try to load a loaded
-     * schema.". The result may still be pending.
+     * schema.". The result may still be pending. Raises `schema_too_large` when the set would
+     * inherit more than kMaxInheritedProperties.
      */
     KRVTSchemaDefinition* LoadSchema(core::IDataReader* source, const nuo::string& sourcePath);
     KRVTSchemaDefinition* LoadSchema(nuo::archive::iarchive& source, const nuo::string& sourcePath);
@@ -88,8 +97,8 @@ public:
 
     /**
      * The schema of that id, or a new one. Without a base a new one gets "CommonSchema". Null when
-     * the id is empty, the base is not in this set, its asset type is another, or the global set
-     * refuses an empty root schema.
+     * the id is empty, the base is not in this set, its asset type is another, the set inherits too
+     * much already, or the global set refuses an empty root schema.
      */
     KRVTSchemaDefinition* CreateSchema(const nuo::string& id, const nuo::string& assetType,
                                        const KRVTSchemaDefinition* base);
@@ -99,6 +108,10 @@ public:
      * the one that is here. False when one of them is refused; those before it stay.
      */
     bool AddSchema(KRVTSchemaDefinition* schema);
+    /** Of the schemas that one run has met, whether they were added. */
+    using Added = std::map<const KRVTSchemaDefinition*, bool>;
+    /** The same for one of many: none is added twice, however many have it for a base. */
+    bool AddSchema(KRVTSchemaDefinition* schema, Added& met);
 
     /** Destroys all schemas, pending ones too. */
     void Clear();
@@ -111,6 +124,8 @@ private:
     KRVTSchemaDefinition* RegisterRoot(const SchemaPtr& schema);
     KRVTSchemaDefinition* FindBase(nuo::string_ref id) const;
     void Wait(const SchemaPtr& schema, const nuo::string& base);
+    bool HasRoomBelow(const KRVTSchemaDefinition& base) const;
+    void Inherit(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void FinishWaiting(const nuo::string& base);
     void Enter(KRVTSchemaDefinition& schema);
@@ -128,6 +143,8 @@ private:
     /** Pending schemas by the id of the base that they wait for. */
     std::multimap<nuo::string, KRVTSchemaDefinition*, nuo::string_less> waiting_;
     std::set<nuo::string, nuo::string_less> expected_;
+    /** How many properties the schemas of the set have taken from their bases. */
+    std::uint64_t inherited_ = 0;
 };
 
 }  // namespace korvanet::platform::assets

@@ -16,10 +16,12 @@ namespace korvanet::platform::assets {
 
 class KRVTSchemaDefinition;
 
-/** A document that is far larger than any schema. */
+/** A document that is far larger than any schema, or a set of schemas than any such set. */
 NUO_DECLARE_EXCEPTION(schema_too_large);
 
-/** What a schema file may hold; beyond, it is refused, so that a small file can't fill the memory.
+/**
+ * What one schema file may hold; beyond, it is refused. These bound nothing but the file: what many
+ * small files make of each other is bounded by kMaxInheritedProperties.
  */
 inline constexpr std::uint64_t kMaxSchemaBytes = 4u << 20;
 inline constexpr std::uint64_t kMaxSchemaElements = 16384;
