@@ -72,6 +72,46 @@ TEST_F(SchemaLoadingTest, HostileFilesEndInNull) {
               nullptr);
 }
 
+TEST_F(SchemaLoadingTest, ASchemaThatWaitsIsFinishedWhenItsBaseIsMadeByACall) {
+    LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* leaf = LoadGlobal(DerivedXml("Leaf", "Mid", "<Float id='l'/>"));
+    KRVTSchemaDefinition* tip = LoadGlobal(DerivedXml("Tip", "Leaf", ""));
+    ASSERT_NE(leaf, nullptr);
+    EXPECT_EQ(global.FindOwn("Leaf"), nullptr);
+    KRVTSchemaDefinition* mid = global.CreateSchema("Mid", "", nullptr);
+    EXPECT_EQ(global.FindOwn("Leaf"), leaf);
+    EXPECT_EQ(leaf->BaseDefinition(), mid);
+    EXPECT_TRUE(Has(*leaf, "UIName"));
+    EXPECT_EQ(global.FindOwn("Tip"), tip);
+    EXPECT_TRUE(Has(*tip, "l"));
+    EXPECT_FALSE(global.HasPending());
+}
+
+TEST_F(SchemaLoadingTest, ASchemaThatWaitsIsFinishedWhenItsBaseComesFromALibrary) {
+    LoadGlobal(CommonXml());
+    KRVTSchemaDefinition* leaf = LoadGlobal(DerivedXml("Leaf", "Mid", ""));
+    Load(library, CommonXml());
+    EXPECT_TRUE(
+        global.AddSchema(Load(library, DerivedXml("Mid", "CommonSchema", "<Float id='m'/>"))));
+    EXPECT_EQ(global.FindOwn("Leaf"), leaf);
+    EXPECT_TRUE(Has(*leaf, "m"));
+    EXPECT_FALSE(global.HasPending());
+}
+
+TEST_F(SchemaLoadingTest, ASchemaThatWaitsGivesWayToOneThatTookItsId) {
+    LoadGlobal(CommonXml());
+    const KRVTSchemaDefinition* late = LoadGlobal(DerivedXml("Leaf", "Mid", "<Float id='l'/>"));
+    KRVTSchemaDefinition* made = global.CreateSchema("Leaf", "", nullptr);
+    ASSERT_NE(made, nullptr);
+    LoadGlobal(DerivedXml("Mid", "CommonSchema", ""));
+    EXPECT_EQ(global.FindOwn("Leaf"), made);
+    EXPECT_FALSE(Has(*made, "l"));
+    EXPECT_FALSE(late->IsPinned());
+    EXPECT_FALSE(Has(*late, "UIName"));
+    EXPECT_EQ(global.GetSchemaCount(), 3u);
+    EXPECT_FALSE(global.HasPending());
+}
+
 TEST_F(SchemaLoadingTest, ASchemaWithoutIdOrWithoutBaseIsNull) {
     EXPECT_EQ(Load(library, "<AssetSchema><Float id='p'/></AssetSchema>"), nullptr);
     EXPECT_EQ(Load(library, "<AssetSchema><UID val='S'/><Float id='p'/></AssetSchema>"), nullptr);

@@ -231,15 +231,33 @@ void SchemaManager::FinishWaiting(const nuo::string& base) {
         arrived.pop_back();
         KRVTSchemaDefinition* found = FindBase(id);
         if (found == nullptr) continue;
-        const auto [first, last] = waiting_.equal_range(id);
-        const std::vector<std::pair<nuo::string, KRVTSchemaDefinition*>> ready(first, last);
-        waiting_.erase(first, last);
-        for (const auto& [name, schema] : ready) {
-            Finish(*schema, *found);
-            arrived.push_back(schema->Id());
-            pending_.erase(schema->Id());
+        // One that finds no room stays among those that wait.
+        for (auto at = waiting_.lower_bound(id); at != waiting_.end() && at->first == id;
+             at = waiting_.erase(at)) {
+            if (FinishPending(*at->second, *found)) arrived.push_back(at->second->Id());
         }
     }
+}
+
+/** False when a schema of its id has come in the meantime, which then stands for it. */
+bool SchemaManager::FinishPending(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {
+    const auto held = pending_.find(schema.Id());
+    const bool first = FindOwn(schema.Id()) == nullptr;
+    if (first) {
+        Finish(schema, base);
+    } else {
+        // A host may hold it still.
+        superseded_.push_back(held->second);
+    }
+    pending_.erase(held);
+    return first;
+}
+
+void SchemaManager::Arrived(const nuo::string& id) {
+    Guarded(false, [&] {
+        FinishWaiting(id);
+        return true;
+    });
 }
 
 }  // namespace korvanet::platform::assets

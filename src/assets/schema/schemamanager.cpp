@@ -98,7 +98,9 @@ KRVTSchemaDefinition* SchemaManager::CreateSchema(const nuo::string& id,
         ownBase = FindOwn(grammar::kCommonSchema);
     }
     if (ownBase == nullptr && (base != nullptr || !isRoot)) return nullptr;
-    return MakeUnder(id, assetType, ownBase);
+    KRVTSchemaDefinition* made = MakeUnder(id, assetType, ownBase);
+    if (made != nullptr) Arrived(id);
+    return made;
 }
 
 bool SchemaManager::AddSchema(KRVTSchemaDefinition* schema) {
@@ -125,6 +127,7 @@ bool SchemaManager::AddSchema(KRVTSchemaDefinition* schema, Added& met) {
 void SchemaManager::Clear() {
     waiting_.clear();
     pending_.clear();
+    superseded_.clear();
     inherited_ = 0;
     context_.runtime->removeObjects(schemas_);
 }
@@ -202,6 +205,7 @@ bool SchemaManager::AddNew(KRVTSchemaDefinition& schema) {
     }
     twin->SetRegistered(false);
     schema.SetInconsistent(false);
+    Arrived(schema.Id());
     return true;
 }
 

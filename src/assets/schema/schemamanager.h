@@ -38,7 +38,9 @@ inline constexpr std::uint64_t kMaxInheritedProperties = 1u << 18;
 
 /**
  * A set of schemas in a namespace, and the loading of schema files into it. Files come in any
- * order: a schema whose base is missing is pending, outside the namespace, until the base arrives.
+ * order: a schema whose base is missing is pending, outside the namespace, until the base enters
+ * the set, be it by a file or by a call. One whose id another schema has taken by then never
+ * enters.
  *
  * Results are borrowed: schemas belong to the namespace, pending ones to the manager.
  */
@@ -128,6 +130,9 @@ private:
     void Inherit(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void FinishWaiting(const nuo::string& base);
+    bool FinishPending(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
+    /** Finishes those that wait for a schema which came by a call and not by a file. */
+    void Arrived(const nuo::string& id);
     void Enter(KRVTSchemaDefinition& schema);
     KRVTSchemaDefinition* MakeUnder(const nuo::string& id, const nuo::string& assetType,
                                     KRVTSchemaDefinition* base);
@@ -140,6 +145,8 @@ private:
     ISchemaSet* set_;
     const ISchemaLibrary* library_;
     std::map<nuo::string, SchemaPtr, nuo::string_less> pending_;
+    /** Schemas that were pending when others of their ids entered the set. */
+    std::vector<SchemaPtr> superseded_;
     /** Pending schemas by the id of the base that they wait for. */
     std::multimap<nuo::string, KRVTSchemaDefinition*, nuo::string_less> waiting_;
     std::set<nuo::string, nuo::string_less> expected_;
