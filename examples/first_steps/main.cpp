@@ -69,6 +69,7 @@ int main(int argc, char** argv) {
     // Where the library keeps its scratch files; a host that leaves it unset has them at the root.
     setenv("TMPDIR", std::filesystem::temp_directory_path().c_str(), 0);
     IAssetLibraryManager* manager = GetIAssetLibraryManager();
+    if (manager == nullptr) return Fail("there is no manager");
     manager->AddReference();
     const int status = Run(*manager, file);
     // The last reference takes the manager and its scratch files with it.

@@ -11,6 +11,25 @@
 #include <cstdlib>
 #include <string>
 
+namespace {
+
+bool has_locks = true;
+
+}  // namespace
+
+// The linker turns the library's calls to this one (`--wrap`).
+extern "C" {
+
+int __real_flock(int file, int operation);
+
+int __wrap_flock(int file, int operation) {
+    if (has_locks) return __real_flock(file, operation);
+    errno = ENOLCK;
+    return -1;
+}
+
+}  // extern "C"
+
 namespace korvanet::platform::assets {
 namespace {
 
@@ -144,6 +163,16 @@ TEST_F(LockFileTest, AFileThatIsNoLongerItsOwnIsNotDeleted) {
     EXPECT_TRUE(Exists());
     LockFile third;
     EXPECT_EQ(third.Take(path_.c_str()), LockResult::kHeld);
+}
+
+TEST_F(LockFileTest, AFileSystemWithoutLocksRefusesAndKeepsNoFile) {
+    has_locks = false;
+    LockFile lock;
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kNoFile);
+    EXPECT_EQ(errno, ENOLCK);
+    has_locks = true;
+    EXPECT_FALSE(Exists());
+    EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);
 }
 
 TEST_F(LockFileTest, AFolderThatDoesNotExistRefuses) {

@@ -60,7 +60,7 @@ PropertyTableImp& AssetCopier::MakeRecord(PropertyTableImp& source, nuo::string_
         record->table->SetSource(&schema);
         record->table->TakeGroups(schema);
     }
-    record->state = 1;
+    record->state = HalvernAsset::kChanged;
     return *record->table;
 }
 

@@ -30,8 +30,6 @@ namespace fs = velmor::fs;
 
 namespace {
 
-constexpr std::uint32_t kChanged = 1;
-
 // A record of no stored properties is one zero byte, since a chain holds at least one.
 void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
     if (bytes.empty()) bytes.append(nuo::byte{0});
@@ -96,7 +94,7 @@ bool GeneralLibrary::Save() {
     MarkOldForms();
     SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {
-        if (record.state == kChanged) WriteRecord(record);
+        if (record.state == HalvernAsset::kChanged) WriteRecord(record);
     });
     WriteSchemas(schema_texts);
     if (!WriteContents()) return false;
@@ -149,7 +147,7 @@ void GeneralLibrary::MarkOldForms() {
         if (schema != nullptr) record.table->SetBase(schema);
         const bool other_form = schema != nullptr && changed.count(schema->Id()) != 0;
         if (other_form) BringUpToDate(*record.table, *schema);
-        if (all || other_form) record.state = kChanged;
+        if (all || other_form) record.state = HalvernAsset::kChanged;
     });
     form_ = form;
     version_table_dirty_ = version_table_dirty_ || old_versions;
@@ -170,7 +168,7 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
 void GeneralLibrary::CheckConnectionDepth() {
     ConnectionDepth depth;
     ForEachRecord([&](HalvernAsset& record) {
-        if (record.state == kChanged && depth.Of(*record.table) > kMaxConnectionDepth)
+        if (record.state == HalvernAsset::kChanged && depth.Of(*record.table) > kMaxConnectionDepth)
             NUO_RAISE(JpkFsErr);
     });
 }
@@ -213,7 +211,7 @@ void GeneralLibrary::SeparateRecords(const DataStore& store, std::uint32_t Halve
     if (store.AreApart(heads)) return;
     ForEachRecord([&](HalvernAsset& record) {
         record.*block = HalvernAsset::kNoBlock;
-        record.state = kChanged;
+        record.state = HalvernAsset::kChanged;
     });
 }
 

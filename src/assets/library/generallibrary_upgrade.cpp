@@ -51,7 +51,7 @@ void GeneralLibrary::MoveLegacyRecords() {
     for (const nuo::string& name : RecordNames()) {
         HalvernAsset& record = *FindRecord(name);
         RewriteUris(LoadRecord(record));
-        record.state = 1;
+        record.state = HalvernAsset::kChanged;
     }
     version_table_dirty_ = true;
 }

@@ -116,8 +116,6 @@ public:
     const GeneralLibrary& Document() const { return *stack_.document; }
     const nuo::string& Identifier() const { return stack_.document->Identifier(); }
     const nuo::string& Path() const { return path_; }
-    // The file that is really open.
-    nuo::string WorkingPath() const;
     bool IsForWriting() const { return for_writing_; }
 
     int UseCount() const { return use_count_; }

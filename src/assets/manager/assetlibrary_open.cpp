@@ -80,10 +80,6 @@ bool AssetLibrary::TakeLock() {
     return lock_.Take(nuo::string(path_, kLockExtension)) == LockResult::kTaken;
 }
 
-nuo::string AssetLibrary::WorkingPath() const {
-    return stack_.copy ? stack_.copy->Path() : path_;
-}
-
 AssetLibrary::Stack AssetLibrary::OpenStack(LibraryMode mode) const {
     Stack stack;
     if (mode == LibraryMode::kCopy) {

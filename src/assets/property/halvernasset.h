@@ -18,6 +18,7 @@ class PropertyTableImp;
 class HalvernAsset {
 public:
     // The number of a block that does not exist.
+    static constexpr std::uint32_t kChanged = 1;
     static constexpr std::uint32_t kNoBlock = 0xFFFFFFFF;
 
     HalvernAsset() = default;
@@ -31,7 +32,7 @@ public:
     nuo::string baseSchema;
     std::uint32_t definitionBlock = kNoBlock;
     std::uint32_t instanceBlock = kNoBlock;
-    // 1: changed since it was loaded.
+    // kChanged, or 0.
     std::uint32_t state = 0;
     bool definitionLoaded = false;
     bool instanceLoaded = false;

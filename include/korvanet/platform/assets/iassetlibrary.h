@@ -133,8 +133,9 @@ public:
     virtual bool IsOnCopy() const = 0;
 
     /// Switches the index of shared assets on, under a tag, or off. Shared assets are the
-    /// definitions of the types "physicalmaterial" and "texture". A new tag builds the index from
-    /// the definitions. False when that fails; the mode is then off.
+    /// definitions of the types "physicalmaterial" and "texture". A tag that is not the one before,
+    /// which is empty at first, builds the index from the definitions; the same tag keeps the index
+    /// as it is. False when that fails; the mode is then off.
     virtual bool EnableSharedAsset(bool enable, const IString& tag) = 0;
 
     /// Enter a definition's identifier in the index under an asset type and a name, or take it out.

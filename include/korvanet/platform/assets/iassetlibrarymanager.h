@@ -168,7 +168,8 @@ public:
 };
 
 /// The manager of the process, made by the first call. It goes with its last reference
-/// (`RemoveReference`); nothing destroys it when the process ends.
+/// (`RemoveReference`); nothing destroys it when the process ends. Null when it cannot be made, for
+/// want of memory.
 ///
 /// Scratch files lie in the folder "halvernrun" below the folder that the environment variable
 /// "TMPDIR", or else "TMP", names. When neither is set that is the root of the file system, which

@@ -45,7 +45,15 @@ LockResult LockFile::Take(nuo::string_ref path) {
         // Opening waits for as long as somebody else has a lease, unless it is told not to.
         const int handle = ::open(name.data(), O_CREAT | O_RDWR | O_CLOEXEC | O_NONBLOCK, 0666);
         if (handle < 0) return errno == EWOULDBLOCK ? LockResult::kHeld : LockResult::kNoFile;
-        if (::flock(handle, LOCK_EX | LOCK_NB) != 0 || OpenElsewhere(handle)) {
+        const int refused = ::flock(handle, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+        if (refused != 0 && refused != EWOULDBLOCK) {
+            // A file system without locks: nobody holds one, and the file is of no use.
+            ::unlink(name.data());
+            ::close(handle);
+            errno = refused;
+            return LockResult::kNoFile;
+        }
+        if (refused != 0 || OpenElsewhere(handle)) {
             ::close(handle);
             return LockResult::kHeld;
         }
