@@ -159,6 +159,22 @@ TEST(Failures, ACopyWhoseFileCannotBeStoredIsNotThere) {
     EXPECT_TRUE((*target)->Save());
 }
 
+TEST(Failures, ACopyThatFailsLeavesTheConnectionsThatItsSchemaShares) {
+    TestHost host;
+    auto source = MakePaintLibrary(host, "SOURCE");
+    auto target = MakePaintLibrary(host, "TARGET");
+    AssetDefinition& wall = AddPaint(*source, "Wall");
+    KRVTSchemaDefinition& schema = *(*target)->Schemas().FindOwn("PaintSchema");
+    schema.AddReferenceProperty(
+        L"fixed", PropertyFlags::kReadOnly | PropertyFlags::kAllowConnectedAssets, L"", false);
+    PropertyBase& fixed = *schema.FindProperty(nuo::string_ref("fixed"));
+    fixed.AppendConnection(AddPaint(*target, "Spots"));
+    SetFile(wall, host.MakeFile("a.png", "one"));
+    const std::string endless(65530, 'x');  // no path in a ZIP is that long
+    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    EXPECT_EQ(fixed.GetConnectedAssetCount(), 1U);
+}
+
 TEST(Failures, WithItsStoresClosedALibraryRaisesInsteadOfReading) {
     TestHost host;
     TestLibrary library(host, "starter.jpk", true);

@@ -215,6 +215,15 @@ TEST_F(TableCloneTest, AFailureInsideACircleLeavesNothingBehind) {
     a.ClearConnections();
 }
 
+TEST_F(TableCloneTest, AFailureLeavesTheConnectionsOfTheSharedGroup) {
+    PropertyTableImp& source = Chain(PropertyTableImp::kMaxConnectionDepth + 1);
+    PropertyTableImp& texture = NewAsset("texture");
+    const PropertyBase& fixed = Connect(source, texture, "fixed", kPlaces | kFixed);
+    EXPECT_EQ(source.Clone({}), nullptr);
+    ASSERT_EQ(fixed.GetConnectedAssetCount(), 1u);
+    EXPECT_EQ(fixed.ConnectedTable(0), &texture);
+}
+
 TEST_F(TableCloneTest, ACopyBesideHasTheSourceOfItsOriginal) {
     PropertyTableImp& definition = NewTable(TableKind::kDefinition);
     AddText(definition, "plain", L"1", 0);

@@ -84,7 +84,7 @@ void GeneralLibrary::DropRecords(const std::vector<nuo::string>& names) {
         dropped.emplace_back(FindRecord(name)->table);
     for (const auto& table : dropped) {
         if (shared_.Enabled()) shared_.Leave(SharedEntry(*table));
-        table->ClearConnections();
+        table->ClearOwnConnections();
         Detach(*table);
     }
     ++generation_;

@@ -105,10 +105,18 @@ nuo::string PropertyTableImp::GetQualifiedName() const {
 }
 
 void PropertyTableImp::ClearConnections() {
-    for (const GroupSlot& slot : groups_) {
-        for (const PropertyGroup::Entry& entry : *slot.properties) {
-            entry.Property().ClearConnections();
-        }
+    ClearOwnConnections();
+    ClearConnections(kReadOnlyGroup);
+}
+
+void PropertyTableImp::ClearOwnConnections() {
+    ClearConnections(kReadWriteGroup);
+    ClearConnections(kIterationGroup);
+}
+
+void PropertyTableImp::ClearConnections(std::size_t group) {
+    for (const PropertyGroup::Entry& entry : Group(group)) {
+        entry.Property().ClearConnections();
     }
 }
 

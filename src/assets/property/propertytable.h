@@ -109,8 +109,11 @@ public:
     // Takes all three.
     void TakeGroups(const PropertyTableImp& other);
 
-    // Drops the connections of all properties and tells nobody.
+    // Drops the connections of all properties and tells nobody. Those of the read-only group are
+    // gone for all tables that share it: only for the end of them all.
     void ClearConnections();
+    // The same for the two groups that are the table's own.
+    void ClearOwnConnections();
 
     // Called before the source of an instance is used, so that one which is bound late can be
     // bound.
@@ -121,6 +124,8 @@ protected:
 
 private:
     friend class TableCloner;
+
+    void ClearConnections(std::size_t group);
 
     struct GroupSlot {
         std::shared_ptr<PropertyGroup> properties;

@@ -23,7 +23,7 @@ public:
         }
         // Clones in a circle keep each other alive until they are cut loose.
         for (const auto& [original, made] : clones_) {
-            made->ClearConnections();
+            made->ClearOwnConnections();
         }
         return nullptr;
     }
