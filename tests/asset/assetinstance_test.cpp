@@ -244,6 +244,33 @@ TEST_F(AssetInstanceTest, APropertyLearnsItsOwnerFromTheFirstObserver) {
     EXPECT_EQ(Find(instance, "gloss").Owner(), static_cast<IPropertyOwner*>(&instance));
 }
 
+// Breaks the rule that an observer stays while it is told something.
+class LeavingObserver final : public IAssetObserver {
+public:
+    explicit LeavingObserver(IAssetInstance& instance) : instance_(instance) {}
+
+    void OnValueChanged(IProperty*) override { instance_.RemoveObserver(this); }
+    void OnConnectionChanged(IProperty*) override {}
+    void OnAssetChanged() override {}
+
+private:
+    IAssetInstance& instance_;
+};
+
+TEST_F(AssetInstanceTest, WhenAnObserverLeavesInsideACallNobodyIsToldTwice) {
+    LeavingObserver leaving(instance);
+    ObserverLog second("2 ");
+    ObserverLog third("3 ");
+    instance.AddObserver(&leaving);
+    instance.AddObserver(&second);
+    instance.AddObserver(&third);
+    instance.ValueChanged(Find(instance, "UIName"));
+    EXPECT_EQ(third.Take(), Lines{"3 value UIName"});
+    instance.ValueChanged(Find(instance, "UIName"));
+    EXPECT_EQ(second.Take(), Lines{"2 value UIName"});
+    EXPECT_EQ(third.Take(), Lines{"3 value UIName"});
+}
+
 TEST_F(AssetInstanceTest, AnObserverIsAddedOnceAndRemovedOnce) {
     ObserverLog log;
     EXPECT_TRUE(instance.AddObserver(&log));

@@ -92,25 +92,26 @@ IAssetInstance* AssetInstance::CreateGenericInstance() {
     return Guarded(nullptr, [this] { return services_.converter->Convert(*this); });
 }
 
-// The list is walked by an index below the length that it had at the start: what an observer adds
-// meanwhile is not told.
+// The list is walked by an index below the length that it had at the start: observers that come
+// meanwhile are not told. None may go meanwhile, and should one do so all the same, the walk ends
+// at what is left, and one of these may go untold.
+template <class Tell>
+void AssetInstance::TellObservers(Tell&& tell) {
+    for (std::size_t i = 0, count = observers_.size(); i < count && i < observers_.size(); ++i) {
+        tell(*observers_[i]);
+    }
+}
 
 void AssetInstance::ValueChanged(IProperty& property) {
-    for (std::size_t i = 0, count = observers_.size(); i < count; ++i) {
-        observers_[i]->OnValueChanged(&property);
-    }
+    TellObservers([&](IAssetObserver& observer) { observer.OnValueChanged(&property); });
 }
 
 void AssetInstance::ConnectionChanged(IProperty& property) {
-    for (std::size_t i = 0, count = observers_.size(); i < count; ++i) {
-        observers_[i]->OnConnectionChanged(&property);
-    }
+    TellObservers([&](IAssetObserver& observer) { observer.OnConnectionChanged(&property); });
 }
 
 void AssetInstance::AssetChanged() {
-    for (std::size_t i = 0, count = observers_.size(); i < count; ++i) {
-        observers_[i]->OnAssetChanged();
-    }
+    TellObservers([](IAssetObserver& observer) { observer.OnAssetChanged(); });
 }
 
 void AssetInstance::SetDefinitionGetter(DefinitionGetter getter) {

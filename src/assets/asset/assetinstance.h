@@ -75,6 +75,8 @@ public:
     AssetDefinition* Definition() const;
 
 private:
+    template <class Tell>
+    void TellObservers(Tell&& tell);
     void AssetChanged();
     bool SetText(std::size_t group, nuo::string_ref name, const nuo::string& text);
     bool AppendText(nuo::string_ref name, const nuo::string& text);
