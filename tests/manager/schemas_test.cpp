@@ -1,3 +1,4 @@
+#include <korvanet/platform/assets/iassetobserver.h>
 #include <korvanet/platform/assets/ischemabatchloader.h>
 
 #include <filesystem>
@@ -227,6 +228,42 @@ TEST_F(Schemas, InstancesGainThePropertiesThatTheirSchemaGains) {
     EXPECT_EQ(other->FindProperty(L"added"), nullptr);
     instance->Release();
     other->Release();
+}
+
+TEST_F(Schemas, AnInstanceThatIsObservedTellsOfAPropertyThatItGained) {
+    class Counter final : public assets::IAssetObserver {
+    public:
+        void OnValueChanged(assets::IPropertyTable::IProperty*) override { ++changes; }
+        void OnConnectionChanged(assets::IPropertyTable::IProperty*) override {}
+        void OnAssetChanged() override {}
+        int changes = 0;
+    } counter;
+    Load("GenericSchema");
+    assets::IAssetSchema* const schema = Make("Made", "texture");
+    assets::IAssetInstance* const instance =
+        Manager().CreateInstanceFromSchema(schema, nullptr, nullptr);
+    ASSERT_TRUE(instance->AddObserver(&counter));
+    schema->AddIntegerProperty(L"added", assets::PropertyFlags::kPublic, L"Added", 7, nullptr);
+    auto* const value =
+        dynamic_cast<assets::IIntegerValue*>(instance->FindProperty(L"added")->GetValue());
+    EXPECT_TRUE(value->SetValue(8, 0));
+    EXPECT_EQ(counter.changes, 1);
+    EXPECT_TRUE(instance->RemoveObserver(&counter));
+    instance->Release();
+}
+
+TEST_F(Schemas, TheDefinitionOfAnInstanceGainsThePropertiesThatItsSchemaGains) {
+    Load("GenericSchema");
+    assets::IAssetSchema* const schema = Make("Made", "texture");
+    assets::IAssetInstance* const instance =
+        Manager().CreateInstanceFromSchema(schema, nullptr, nullptr);
+    schema->AddIntegerProperty(L"added", assets::PropertyFlags::kPublic, L"Added", 7, nullptr);
+    assets::IAssetDefinition* const definition = instance->GetDefinition();
+    assets::IAssetInstance* const second = definition->CreateInstance();
+    EXPECT_NE(second->FindProperty(L"added"), nullptr);
+    second->Release();
+    definition->Release();
+    instance->Release();
 }
 
 }  // namespace

@@ -114,6 +114,10 @@ void AssetInstance::AssetChanged() {
     TellObservers([](IAssetObserver& observer) { observer.OnAssetChanged(); });
 }
 
+void AssetInstance::Watch(PropertyBase& property) {
+    if (!observers_.empty()) property.SetOwner(this);
+}
+
 void AssetInstance::SetDefinitionGetter(DefinitionGetter getter) {
     definition_getter_ = std::move(getter);
 }

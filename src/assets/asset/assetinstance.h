@@ -67,6 +67,8 @@ public:
     void ValueChanged(IProperty& property) override;
     void ConnectionChanged(IProperty& property) override;
 
+    /** Tells the observers of a property too that came after the first of them. */
+    void Watch(PropertyBase& property);
     /** Lets the definition be found when somebody first asks for it. */
     void SetDefinitionGetter(DefinitionGetter getter);
     /** Runs the getter, once, if one is set. */

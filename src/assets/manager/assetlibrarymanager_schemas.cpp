@@ -23,10 +23,16 @@ KRVTSchemaDefinition* AssetLibraryManager::FindGlobalSchema(nuo::string_ref id) 
 void AssetLibraryManager::PropertyAdded(KRVTSchemaDefinition& schema,
                                         const PropertyBase& property) {
     const IAssetSchema* const base = &schema;
+    const auto gain = [&](PropertyTableImp& table) {
+        if (table.Base() != base || table.FindProperty(property.Name()) != nullptr) return;
+        PropertyBase& added = AddSharingCopy(table, property);
+        if (auto* instance = dynamic_cast<AssetInstance*>(&table)) instance->Watch(added);
+    };
     for (const velmor::Namespace from : {global_.own, user_}) {
         for (PropertyTableImp* table : TablesBelow(from, context_)) {
-            if (table->Base() != base || table->FindProperty(property.Name()) != nullptr) continue;
-            AddSharingCopy(*table, property);
+            gain(*table);
+            // The definition of an instance may stand in no namespace.
+            if (PropertyTableImp* source = table->Source()) gain(*source);
         }
     }
 }

@@ -32,8 +32,10 @@ public:
     ///   a URI role on other than a URI; 32 both kinds of connections, or a reference with none;
     /// - the default does not satisfy the bounds or choices.
     /// A public property with an empty label takes its id as label. Bounds and choice lists are
-    /// kept by the schema once the property is made. Definitions and instances that were already
-    /// made from this global schema gain the property.
+    /// kept by the schema once the property is made. Where this is a schema of the manager, the
+    /// instances that `CreateInstanceFromSchema` has made from it already, their clones and their
+    /// definitions gain the property. What such a definition's own `CreateInstance` has made, and
+    /// what belongs to libraries, does not.
     virtual IStringValue* AddStringProperty(const wchar_t* id, std::uint32_t flags,
                                             const wchar_t* label, const wchar_t* value) = 0;
     virtual IDateTimeValue* AddDateTimeProperty(const wchar_t* id, std::uint32_t flags,
