@@ -212,5 +212,15 @@ TEST(Show, ControlCharactersOfAFileNeitherBreakALineNorSteerATerminal) {
     EXPECT_NE(ran.out.find("\n  a b 31m  = \"x\"\n"), std::string::npos) << ran.out;
 }
 
+// A full disk behind standard output.
+TEST(Output, ThatCannotBeWrittenIsTold) {
+    Running::Limits limits;
+    limits.full_output = true;
+    const Ran ran = Running({"list", DataFile("starter.jpk")}, "/tmp", limits).Wait();
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: " + DataFile("starter.jpk") +
+                           ": standard output cannot be written: No space left on device\n");
+}
+
 }  // namespace
 }  // namespace halvern_tests

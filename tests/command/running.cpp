@@ -55,6 +55,7 @@ Running::Running(const std::vector<std::string>& arguments, const std::string& f
     if (process_ == 0) {
         ::dup2(out[1], STDOUT_FILENO);
         ::dup2(err[1], STDERR_FILENO);
+        if (limits.full_output) ::dup2(::open("/dev/full", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
         ::setenv("TMPDIR", folder.c_str(), 1);
         if (limits.file_size != 0) {
             const rlimit limit{limits.file_size, limits.file_size};

@@ -26,6 +26,8 @@ public:
         // The address space of the run, in bytes; 0 for any. The sanitizers reserve terabytes, so
         // that a sanitized run has none.
         std::uint64_t memory = 0;
+        // Standard output is a device that is full.
+        bool full_output = false;
         // Standard error is a terminal.
         bool terminal = false;
     };

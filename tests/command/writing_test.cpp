@@ -478,5 +478,21 @@ TEST_F(Writing, ALibraryIsNotCreatedWithAnIdentifierThatCannotBe) {
     EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
 }
 
+TEST_F(Writing, ADefinitionNeedsAnIdentifier) {
+    ExpectRefused({"add", "a.jpk", "GenericSchema", ""}, 1, "a definition needs an identifier");
+    ExpectRefused({"preset", "a.jpk", "Generic-001", ""}, 1, "a definition needs an identifier");
+}
+
+TEST_F(Writing, ASchemaWithoutItsDirectivesCreatesNothing) {
+    ASSERT_EQ(::mkdir(folder_.Path("schemas").c_str(), 0755), 0);
+    const std::string file = folder_.Path("schemas/Odd.xml");
+    WriteFile(file, "<AssetSchema><type val=\"t\"/></AssetSchema>");
+    const Ran ran = Run({"create", "new.jpk", "--schemas", "schemas"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: new.jpk: the schema " + file +
+                           " cannot be loaded: its UID or its base is missing\n");
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
+}
+
 }  // namespace
 }  // namespace halvern_tests

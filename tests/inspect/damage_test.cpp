@@ -637,5 +637,33 @@ TEST_F(Damage, OfAnyByteIsWalkedToTheEnd) {
     }
 }
 
+TEST_F(Damage, OfTheHeaderOfARecord) {
+    const std::uint32_t block = Row("Generic-001").instance_block;
+    Put32(Part(kInstances), StoreBytes::OffsetOf(block) + 8, 0x7FFFFFFF);
+    ExpectOnly({"record.header", Path(kInstances), "record Generic-001",
+                "the record ends within its header"});
+}
+
+// Where the first connection of the store is told: a mark, another, and the count.
+std::size_t ConnectionIn(const std::string& store) {
+    return store.find(std::string("\1\1\1\0\0\0\x3b\0\0\0.slib.", 16));
+}
+
+TEST_F(Damage, OfAMarkBeforeConnections) {
+    std::string& store = Part(kInstances);
+    store[ConnectionIn(store)] = 2;
+    ExpectOnly({"record.value", Path(kInstances), "record Generic-001, property generic_bump_map",
+                "a byte before the connections is 2 in place of 0 or 1"});
+}
+
+TEST_F(Damage, OfTheCountOfConnections) {
+    std::string& store = Part(kInstances);
+    Put32(store, ConnectionIn(store) + 2, 2);
+    const std::vector<Finding> findings = FindingsIn(sample_.Bytes());
+    ASSERT_FALSE(findings.empty());
+    EXPECT_EQ(findings[0].rule, "record.value");
+    EXPECT_EQ(findings[0].what, "the property takes one connection and has 2");
+}
+
 }  // namespace
 }  // namespace halvern::inspect

@@ -145,6 +145,23 @@ TEST_F(ZipDamage, OfTheCountOfEntries) {
                  "the directory ends within entry 172 of 172 of the directory of the ZIP");
 }
 
+TEST_F(ZipDamage, OfTheSizeOfTheDirectory) {
+    const std::uint32_t size = Get32(bytes_, end_ + 12);
+    Put32(bytes_, end_ + 12, size + 4);
+    ExpectOfFile("zip.directory", end_,
+                 "the directory of the ZIP has " + std::to_string(size + 4) +
+                     " bytes, and its entries take " + std::to_string(size));
+}
+
+TEST_F(ZipDamage, OfAPlaceThatNoFileHas) {
+    const std::uint32_t directory = Get32(bytes_, end_ + 16);
+    Put32(bytes_, directory + 42, 0xFFFFFFF0);
+    ExpectOfFile(
+        "zip.directory", directory,
+        "the data lies past the end of the file for entry 1 of 171 of the directory of the "
+        "ZIP");
+}
+
 TEST_F(ZipDamage, OfAnEntryHeader) {
     bytes_[central_] = 'X';
     const std::vector<Finding> findings = FindingsIn(bytes_);
