@@ -17,8 +17,8 @@ struct ModuleContext;
 enum class DataForm : std::uint8_t { kPod, kString, kArray, kOther };
 
 // What all copies of one property share: a schema's property and every property cloned from it
-// point to one descriptor. It does not change once the schema is read, except for the flag word,
-// bounds and choices that a merge of schemas may replace.
+// point to one descriptor. Once the schema is read a merge of schemas may replace label, flag word,
+// bounds and choices, inheriting the flag word, and the setters of values bounds and choices.
 class PropertyDescriptor : public IntrusiveCounter {
 public:
     // `type` is the composite type of a value class.

@@ -34,7 +34,9 @@ public:
 
     /// Counts a client out. False while a library is open, and the count stays; false while the
     /// count is not zero. Else destroys the manager, with its scratch files, and is true: this
-    /// object is gone, and the next `GetIAssetLibraryManager` makes a new one.
+    /// object is gone, and the next `GetIAssetLibraryManager` makes a new one. Whoever still holds
+    /// a schema, an instance or a definition that belongs to no library, a batch loader, or a
+    /// choice list or one of its choices, holds something dead and must not even release it.
     virtual bool RemoveReference() = 0;
 
     /// Opens a library to read it, in place. A library that is open already is returned as it
@@ -120,8 +122,11 @@ public:
     /// Is the texture library of a level, 0 to 2, installed?
     virtual bool IsTextureLibraryInstalled(int level) const = 0;
 
-    /// Loads one schema file into the set that all libraries share. Its base must be there already.
-    /// Null when it cannot be read.
+    /// Loads one schema file into the set that all libraries share. When its base is not there yet
+    /// the result is a schema that stands outside of the set, without what it inherits, and that
+    /// `FindSchema` does not know; it enters when its base does, unless another of its name has
+    /// come before. Null when the file cannot be read as a schema with an id and, unless that is
+    /// "CommonSchema", a base.
     virtual IAssetSchema* LoadSchemaFile(const IString& path) = 0;
 
     /// A new, empty schema of the shared set, or the one that has that name already. Without a

@@ -9,7 +9,7 @@ using core::IString;
 
 class IAssetInstance;
 
-/// Writes instances to a stream that `IAssetDeserializer` reads, in this process or in another. The
+/// Writes instances to a stream that `IAssetDeSerializer` reads, in this process or in another. The
 /// stream is a small design package. The order of calls: `SetOptions` if at all, `RegisterAsset`
 /// for each instance, `Serialize` as often as needed, `Release`.
 class IAssetSerializer {

@@ -59,7 +59,8 @@ public:
     ILocalization CreateILocalization(const IString& locale, const IString& domain);
 
     /// Looks for the message of a key in the locale and then in "ENG", in all domains. False, and
-    /// `message` unchanged, when there is none.
+    /// `message` unchanged, when there is none, and for an empty locale, for which "ENG" is not
+    /// asked either.
     bool GetLocalizedMessage(IString& message, const IString& key, const IString& locale) const;
 
 private:

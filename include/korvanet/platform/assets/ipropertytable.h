@@ -66,7 +66,9 @@ inline constexpr std::uint32_t kConnectionMask = kAllowConnectedAsset | kAllowCo
 }  // namespace PropertyFlags
 
 /// A table of typed properties: the face of a schema and of an asset instance. Properties belong to
-/// their table and live as long as it does.
+/// their table and live as long as it does, with one exception: loading, committing and saving may
+/// replace properties of schemas, and with them the read-only ones of the assets of these, which
+/// are the schemas' own. Look them up again after that.
 class IPropertyTable {
 public:
     /// One typed property. Text that comes out goes to a string of the caller; text that goes in is
@@ -102,7 +104,7 @@ public:
         /// one connection drops the one it had; a property that takes several drops the one whose
         /// asset has the same asset type. Null disconnects all. False when the property takes no
         /// connections, and with the report "Cannot set a instance to its own property." when it
-        /// belongs to `asset` itself.
+        /// belongs to `asset` itself; one that takes one connection has then lost it all the same.
         virtual bool ConnectAsset(IAssetInstance* asset) = 0;
 
         /// The first connected asset of the asset type `assetType`, or the one at `index`, counted
@@ -116,8 +118,8 @@ public:
         virtual bool RemoveConnectedAsset(const wchar_t* assetType) = 0;
         virtual bool RemoveConnectedAsset(IAssetInstance* asset) = 0;
 
-        /// Are the marks and the values equal? False for null. Connected assets, flags and names do
-        /// not count.
+        /// Are the marks and the values equal? False for null. Connected assets and flags do not
+        /// count, nor do names, but for choices: see `IValue::IsEqual`.
         virtual bool IsEqual(const IProperty* other) const = 0;
 
         /// The label for `locale`: the message of the key "<name>:uilabel", or the schema's own

@@ -20,7 +20,8 @@ public:
     virtual std::uint64_t GetDimension() const = 0;
 
     /// Sets the number of elements of a list; new ones have the default of their kind. False for
-    /// values that are no lists, and above 2^32 elements.
+    /// values that are no lists, and above 2^31 bytes of elements: 2^29 integers or choices, 2^28
+    /// floats, 2^27 texts, 2^26 colours.
     virtual bool SetDimension(std::uint64_t dimension) = 0;
 
     /// The kind of the property.
@@ -37,7 +38,8 @@ public:
     virtual bool SetUnits(std::uint32_t units) = 0;
 
     /// Are both of one class and equal? False for null. Values that only hold connections are equal
-    /// to all of their class.
+    /// to all of their class. Choices must also have equal lists to choose from, which are named
+    /// after their properties; without a list one is equal to none, not even to itself.
     virtual bool IsEqual(const IValue* other) const = 0;
 
     virtual ~IValue() = default;

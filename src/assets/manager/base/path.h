@@ -2,8 +2,8 @@
 
 #include "nuo/common/string.h"
 
-// Paths as text; nothing here looks at a disk. Both "/" and "\" separate on the way in, only "/"
-// stands in what comes out.
+// Paths as text; nothing here looks at a disk. Both "/" and "\" separate; NormalizePath and
+// WithSlashes leave only "/", the others keep what stands inside of what they are given.
 
 namespace korvanet::platform::assets {
 
