@@ -49,6 +49,27 @@ TEST_F(Damage, OfNothingIsNotFound) {
     EXPECT_EQ(FindingsIn(sample_.Bytes()), Expected());
 }
 
+TEST_F(Damage, OfSchemasThatInheritFarTooMuchTogether) {
+    std::string many;
+    for (int i = 0; i < 16000; ++i)
+        many += "<URL id=\"u" + std::to_string(i) + "\"/>";
+    const auto add = [this](const std::string& id, const std::string& base,
+                            const std::string& elements) {
+        sample_.Add(Path("Schemas/" + id + ".xml"), "<AssetSchema><UID val=\"" + id +
+                                                        "\"/><Base val=\"" + base + "\"/>" +
+                                                        elements + "</AssetSchema>");
+    };
+    add("Base", "CommonSchema", many);
+    for (char leaf = 'a'; leaf <= 'q'; ++leaf)
+        add(std::string("Leaf_") + leaf, "Base", "");
+    std::vector<Finding> none;
+    for (const Finding& finding : FindingsIn(sample_.Bytes()))
+        if (finding.rule == "schema.none") none.push_back(finding);
+    EXPECT_EQ(none, Expected({{"schema.none", Path("Schemas/Leaf_q.xml"), "",
+                               "the part holds no schema: it has no UID, names no base, or is too "
+                               "large"}}));
+}
+
 // Manifests.
 
 TEST_F(Damage, OfAFolderWithoutItsDescription) {

@@ -6,6 +6,7 @@
 #include <korvanet/platform/assets/reportsink.h>
 
 #include "assets/library/libraryparts.h"
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/librarynamespaces.h"
 #include "assets/package/jpkfs.h"
 #include "assets/schema/schemagrammar.h"
@@ -137,7 +138,10 @@ void SchemaCheck::LoadPart(PackageParts& parts, const std::string& name, Finding
     }
     const nuo::archive::archive_ptr part = parts.Open(path);
     const Reports reports;
-    const KRVTSchemaDefinition* schema = schemas_->LoadSchema(*part, nuo::string_ref(path));
+    // It raises where the schemas are too large together, and is told like one that is so alone.
+    const KRVTSchemaDefinition* const schema = Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
+        return schemas_->LoadSchema(*part, nuo::string_ref(path));
+    });
     for (const std::string& line : reports.lines)
         findings.Add({"schema.report", path, PlaceOf(line), line});
     if (schema == nullptr) {
