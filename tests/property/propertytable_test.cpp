@@ -48,7 +48,6 @@ TEST_F(PropertyTableTest, ANewTableIsEmptyAndBare) {
     EXPECT_EQ(table.Base(), nullptr);
     EXPECT_EQ(table.Source(), nullptr);
     EXPECT_TRUE(table.Name().empty());
-    EXPECT_TRUE(table.Path().empty());
     EXPECT_FALSE(table.Registry().valid());
     EXPECT_FALSE(table.IsPinned());
     EXPECT_EQ(table.State(), 0);

@@ -15,8 +15,8 @@ namespace korvanet::platform::assets {
 PropertyTableImp::PropertyTableImp(TableKind kind, HalvernAsset& holder,
                                    const ModuleContext& context)
     : holder_(&holder), context_(&context), kind_(kind) {
-    for (GroupSlot& slot : groups_) {
-        slot.properties = std::make_shared<PropertyGroup>(*context.heap);
+    for (std::shared_ptr<PropertyGroup>& group : groups_) {
+        group = std::make_shared<PropertyGroup>(*context.heap);
     }
     holder.table = this;
 }
@@ -39,8 +39,8 @@ velmor::Object PropertyTableImp::HolderObject() const {
 
 PropertyBase* PropertyTableImp::FindProperty(nuo::string_ref name) const {
     const PropertyGroup::Key key(name);
-    for (const GroupSlot& slot : groups_) {
-        if (PropertyBase* found = slot.properties->Find(key)) {
+    for (const std::shared_ptr<PropertyGroup>& group : groups_) {
+        if (PropertyBase* found = group->Find(key)) {
             return found;
         }
     }
@@ -122,9 +122,9 @@ void PropertyTableImp::ClearConnections(std::size_t group) {
 
 void PropertyTableImp::TakeGroup(std::size_t group, const PropertyTableImp& other) {
     if (group == kReadOnlyGroup) {
-        groups_[group].properties = other.groups_[group].properties;
+        groups_[group] = other.groups_[group];
     } else {
-        *groups_[group].properties = *other.groups_[group].properties;
+        *groups_[group] = *other.groups_[group];
     }
 }
 

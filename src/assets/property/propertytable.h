@@ -55,12 +55,10 @@ public:
 
     int State() const { return state_; }
     void SetState(int state) { state_ = state; }
-    const nuo::string& Path() const { return path_; }
-    void SetPath(const nuo::string& path) { path_ = path; }
 
     // Groups.
-    const PropertyGroup& Group(std::size_t group) const { return *groups_[group].properties; }
-    PropertyGroup& Group(std::size_t group) { return *groups_[group].properties; }
+    const PropertyGroup& Group(std::size_t group) const { return *groups_[group]; }
+    PropertyGroup& Group(std::size_t group) { return *groups_[group]; }
     // The first property of that name, groups in order, or null.
     PropertyBase* FindProperty(nuo::string_ref name) const;
     // The property of that name in one group, or null.
@@ -127,15 +125,9 @@ private:
 
     void ClearConnections(std::size_t group);
 
-    struct GroupSlot {
-        std::shared_ptr<PropertyGroup> properties;
-        // Always -1; what it is for is not known.
-        int reserved = -1;
-    };
-
     HalvernAsset* holder_;
     IAssetSchema* base_ = nullptr;
-    std::array<GroupSlot, kGroupCount> groups_;
+    std::array<std::shared_ptr<PropertyGroup>, kGroupCount> groups_;
     nuo::string name_;
     velmor::Namespace registry_;
     bool pinned_ = false;
@@ -143,7 +135,6 @@ private:
     const ModuleContext* context_;
     int state_ = 0;
     TableKind kind_;
-    nuo::string path_;
 };
 
 // The names of the groups in stored data and in XML, in group order.
