@@ -59,7 +59,7 @@ nuo::string ReadAndWrite(World& world, nuo::string_ref text) {
     const auto load = [&](nuo::string_ref source) {
         nuo::archive::mem_read_write_archive archive;
         nuo::archive::write_all(archive, {source.data(), source.size()});
-        return set.LoadSchema(archive, "");
+        return set.LoadSchema(archive);
     };
     const KRVTSchemaDefinition* schema = load(text);
     load(kRootSchema);

@@ -14,21 +14,21 @@ protected:
 
 TEST_F(AssetMetaTest, APropertyIsLookedUpInItsGroupAlone) {
     PutText(definition, "UIName", "x");
-    EXPECT_EQ(Str(asset_meta::TextAt(definition, kIteration, "UIName")), "x");
-    EXPECT_EQ(Str(asset_meta::TextAt(definition, kReadWrite, "UIName")), "");
+    EXPECT_EQ(Str(definition.GetText(kIteration, "UIName")), "x");
+    EXPECT_EQ(Str(definition.GetText(kReadWrite, "UIName")), "");
     EXPECT_EQ(asset_meta::TextCount(definition, kIteration, "UIName"), 1u);
     EXPECT_EQ(asset_meta::TextCount(definition, kReadWrite, "UIName"), 0u);
 }
 
 TEST_F(AssetMetaTest, NamesAreExact) {
     PutText(definition, "UIName", "x");
-    EXPECT_EQ(Str(asset_meta::TextAt(definition, kIteration, "uiname")), "");
+    EXPECT_EQ(Str(definition.GetText(kIteration, "uiname")), "");
 }
 
 TEST_F(AssetMetaTest, APropertyOfAnotherKindReadsAsNothing) {
     EXPECT_EQ(asset_meta::Integer(definition, kIteration, "UIName"), 0);
     EXPECT_FALSE(asset_meta::Boolean(definition, kIteration, "UIName"));
-    EXPECT_EQ(Str(asset_meta::TextAt(definition, kReadWrite, "version")), "");
+    EXPECT_EQ(Str(definition.GetText(kReadWrite, "version")), "");
 }
 
 TEST_F(AssetMetaTest, OnlyTheStoredProceduralTypeIsRenamed) {

@@ -33,7 +33,7 @@ protected:
         nuo::archive::mem_read_write_archive in(nuo::buffer<nuo::byte>(
             reinterpret_cast<const nuo::byte*>(kSchema),
             reinterpret_cast<const nuo::byte*>(kSchema) + sizeof(kSchema) - 1));
-        schema = host.global->LoadSchema(in, "");
+        schema = host.global->LoadSchema(in);
         ASSERT_NE(schema, nullptr);
         layout = RecordLayout(*schema);
         table = &MakeDefinition(*schema, velmor::Namespace(), "kind");

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "assets/manager/base/resourceprefix.h"
+
 namespace korvanet::platform::assets {
 namespace {
 

@@ -48,10 +48,7 @@ TEST_F(HalvernTypesTest, PlainTypesHaveTheirPositions) {
     EXPECT_EQ(Str(context.types.At(4).fullName()), ".Halvern.halvern.PropertyGroup");
     EXPECT_EQ(Str(context.types.At(5).fullName()), ".Halvern.halvern.PropertySymbolLink");
     EXPECT_EQ(context.types.Asset(), context.types.At(1));
-    EXPECT_EQ(context.types.SymbolLink(), context.types.At(2));
     EXPECT_EQ(context.types.Connection(), context.types.At(3));
-    EXPECT_EQ(context.types.Group(), context.types.At(4));
-    EXPECT_EQ(context.types.PropertySymbolLink(), context.types.At(5));
     EXPECT_EQ(Str(context.types.Namespaces().fullName()), ".Halvern");
 }
 

@@ -181,7 +181,7 @@ TEST_F(PropertyGroupTest, AssignmentReplacesTheContent) {
 }
 
 TEST_F(PropertyGroupTest, TheReflectedTypeMakesAndCopiesGroups) {
-    const velmor::Type type = context.types.Group();
+    const velmor::Type type = context.types.At(4);
     ASSERT_EQ(type.payload(), sizeof(PropertyGroup));
     alignas(PropertyGroup) std::byte memory[sizeof(PropertyGroup)];
     const velmor::Object object(type, memory);

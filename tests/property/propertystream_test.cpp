@@ -163,12 +163,9 @@ TEST_F(PropertyStreamTest, TheMethodsOfTheConnectionMakeTheTail) {
     context.types.Connection().imp()->methods = own;
 }
 
-TEST_F(PropertyStreamTest, OnlyPropertiesWithTheFlagsHaveATail) {
-    EXPECT_FALSE(HasTail(Make(ValueClass::kScalarValue)));
+TEST_F(PropertyStreamTest, ATailWithoutConnectionsIsOneByte) {
     PropertyBase& single = Make(ValueClass::kScalarValue, "p", 0x20);
     PropertyBase& multiple = Make(ValueClass::kScalarValue, "p", 0x40);
-    EXPECT_TRUE(HasTail(single));
-    EXPECT_TRUE(HasTail(multiple));
     EXPECT_EQ(Written(WriteConnections, single), Bytes({0}));
     EXPECT_EQ(Written(WriteConnections, multiple), Bytes({0}));
     EXPECT_EQ(Read(ReadConnections, single, Bytes({0, 9})), 1u);

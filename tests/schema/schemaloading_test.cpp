@@ -34,9 +34,9 @@ protected:
 };
 
 TEST_F(SchemaLoadingTest, ASourceThatCannotBeReadIsNull) {
-    EXPECT_EQ(global.LoadSchema(static_cast<core::IDataReader*>(nullptr), ""), nullptr);
+    EXPECT_EQ(global.LoadSchema(static_cast<core::IDataReader*>(nullptr)), nullptr);
     ReadArchiveStream closed(nullptr);
-    EXPECT_EQ(global.LoadSchema(static_cast<core::IDataReader*>(&closed), ""), nullptr);
+    EXPECT_EQ(global.LoadSchema(static_cast<core::IDataReader*>(&closed)), nullptr);
     EXPECT_EQ(global.LoadFromFile("/nowhere/at/all.xml"), nullptr);
     EXPECT_EQ(reports.Take(), Lines{});
 }

@@ -182,10 +182,6 @@ TEST_F(SchemaXmlReaderTest, AnythingBadIsLeftOutAndReadingGoesOn) {
     EXPECT_EQ(reports.Take().size(), 8u);
 }
 
-TEST_F(SchemaXmlReaderTest, TellsItsSource) {
-    EXPECT_EQ(Str(SchemaManagerXmlData(NewSchema(""), "/a/b.xml").Source()), "/a/b.xml");
-}
-
 TEST_F(SchemaXmlReaderTest, FarTooManyElementsEndTheReading) {
     EXPECT_EQ(halvern_tests::Raised<schema_too_large>([&] { ReadElements(Repeat("<a/>", 16384)); }),
               "The schema is too large.");

@@ -64,7 +64,7 @@ KRVTSchemaDefinition& SchemaTest::NewSchema(const char* id) {
 
 KRVTSchemaDefinition& SchemaTest::Read(const std::string& xml) {
     KRVTSchemaDefinition& schema = NewSchema("");
-    SchemaManagerXmlData reader(schema, "");
+    SchemaManagerXmlData reader(schema);
     XmlDriverState driver(reader);
     const nuo::buffer<nuo::byte> bytes = BytesOf(xml);
     nuo::archive::buffer_in archive(bytes);
@@ -74,7 +74,7 @@ KRVTSchemaDefinition& SchemaTest::Read(const std::string& xml) {
 
 KRVTSchemaDefinition* LoadXml(SchemaManager& manager, const std::string& xml) {
     MemoryStream stream(BytesOf(xml));
-    return manager.LoadSchema(static_cast<core::IDataReader*>(&stream), "");
+    return manager.LoadSchema(static_cast<core::IDataReader*>(&stream));
 }
 
 std::string CommonXml(const std::string& more) {

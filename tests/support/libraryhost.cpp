@@ -39,7 +39,7 @@ KRVTSchemaDefinition* LoadGlobal(TestHost& host, const char* id, const char* xml
     const auto* first = reinterpret_cast<const nuo::byte*>(xml);
     nuo::archive::mem_read_write_archive in(
         nuo::buffer<nuo::byte>(first, first + std::strlen(xml)));
-    return host.global->LoadSchema(in, "");
+    return host.global->LoadSchema(in);
 }
 
 TestHost::TestHost() : runtime("test", &nuo::get_heap(), &nuo::get_extern_heap()) {

@@ -44,8 +44,7 @@ public:
         return asset_meta::GetDescription(*this, description, locale, AssetLibId());
     }
     bool GetSwatch(IString& swatch) const override {
-        Assign(swatch,
-               asset_meta::TextAt(*this, PropertyTableImp::kReadWriteGroup, asset_meta::kSwatch));
+        Assign(swatch, this->GetText(PropertyTableImp::kReadWriteGroup, asset_meta::kSwatch));
         return true;
     }
     std::uint64_t GetUIDefinitionCount() const override { return asset_meta::kUiDefinitionCount; }
@@ -80,8 +79,7 @@ public:
         return static_cast<KRVTSchemaDefinition*>(this->Base());
     }
 
-    /** The property of that name, or of the name that the schema gives for it; null when none. */
-    PropertyBase* FindByNameOrAlias(nuo::string_ref name) const {
+    PropertyBase* FindByNameOrAlias(nuo::string_ref name) const override {
         if (PropertyBase* property = this->FindProperty(name)) return property;
         const KRVTSchemaDefinition* schema = Schema();
         const nuo::string* target = schema != nullptr ? schema->AliasTarget(name) : nullptr;
@@ -91,8 +89,8 @@ public:
     /** The library that the asset came from, as first read: the domain of its messages. */
     const nuo::string& AssetLibId() const {
         if (asset_lib_id_.empty()) {
-            asset_lib_id_ = asset_meta::TextAt(*this, PropertyTableImp::kReadWriteGroup,
-                                               asset_meta::kAssetLibId);
+            asset_lib_id_ =
+                this->GetText(PropertyTableImp::kReadWriteGroup, asset_meta::kAssetLibId);
         }
         return asset_lib_id_;
     }

@@ -17,10 +17,6 @@ bool IsIgnored(const nuo::string& name) {
                        [&](nuo::string_ref ignored) { return name == ignored; });
 }
 
-nuo::string AssetType(const PropertyTableImp& table) {
-    return table.GetText(PropertyTableImp::kReadOnlyGroup, asset_meta::kAssetType);
-}
-
 }  // namespace
 
 bool AssetComparison::AreEqual(const PropertyTableImp& a, const PropertyTableImp& b) {
@@ -78,10 +74,10 @@ bool AssetComparison::SameConnections(const PropertyBase& a, const PropertyBase&
 }
 
 bool AssetComparison::HasTwin(const PropertyTableImp& connected, const PropertyBase& others) {
-    const nuo::string type = AssetType(connected);
+    const nuo::string type = AssetTypeOf(connected);
     for (std::uint64_t i = 0; i < others.GetConnectedAssetCount(); ++i) {
         const PropertyTableImp* other = others.ConnectedTable(i);
-        if (other != nullptr && AssetType(*other) == type && AreEqual(connected, *other)) {
+        if (other != nullptr && AssetTypeOf(*other) == type && AreEqual(connected, *other)) {
             return true;
         }
     }

@@ -2,12 +2,10 @@
 
 #include "assets/asset/assetinstance.h"
 #include "assets/manager/base/guarded.h"
-#include "assets/property/widekey.h"
+#include "assets/manager/base/librarynamespaces.h"
 
 namespace korvanet::platform::assets {
 namespace {
-
-constexpr nuo::string_ref kInstanceNamespace = "tmpAsset";
 
 /** Where instances of a library's definition go: the namespace beside the one it stands in. */
 velmor::Namespace InstanceRegistry(velmor::Namespace definitions) {
@@ -32,8 +30,7 @@ bool AssetDefinition::GetName(IString& name) const {
 }
 
 bool AssetDefinition::GetAssetType(IString& assetType) const {
-    Assign(assetType, asset_meta::AssetTypeForHosts(
-                          asset_meta::TextAt(*this, kReadOnlyGroup, asset_meta::kAssetType)));
+    Assign(assetType, asset_meta::AssetTypeForHosts(AssetTypeOf(*this)));
     return true;
 }
 
@@ -64,14 +61,6 @@ IAssetInstance* AssetDefinition::CreateInstance() {
 IAssetDefinition* AssetDefinition::AddReference() {
     Retain();
     return this;
-}
-
-const IProperty* AssetDefinition::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
-}
-
-IProperty* AssetDefinition::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
 }
 
 AssetInstance* AssetDefinition::CreateInstanceIn(velmor::Namespace registry) {

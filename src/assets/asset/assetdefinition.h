@@ -28,10 +28,6 @@ public:
     IAssetInstance* CreateInstance() override;
     IAssetDefinition* AddReference() override;
 
-    using AssetAdaptor<IAssetDefinition>::FindProperty;
-    const IProperty* FindProperty(const wchar_t* name) const;
-    IProperty* FindProperty(const wchar_t* name);
-
     /**
      * An instance that is entered in `registry`, or nowhere when that is invalid; one reference for
      * the caller. Null when connected assets reach too deep.

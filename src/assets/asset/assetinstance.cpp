@@ -8,7 +8,6 @@
 #include "assets/asset/igenericconverter.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
-#include "assets/property/widekey.h"
 
 namespace korvanet::platform::assets {
 
@@ -17,14 +16,6 @@ AssetInstance::AssetInstance(HalvernAsset& holder, const ModuleContext& context,
     : AssetAdaptor<IAssetInstance>(TableKind::kInstance, holder, context), services_(services) {}
 
 AssetInstance::~AssetInstance() = default;
-
-const IProperty* AssetInstance::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
-}
-
-IProperty* AssetInstance::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
-}
 
 void AssetInstance::Release() {
     Unretain();

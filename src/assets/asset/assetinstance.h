@@ -33,9 +33,6 @@ public:
                   const AssetServices& services);
     ~AssetInstance() override;
 
-    using AssetAdaptor<IAssetInstance>::FindProperty;
-    const IProperty* FindProperty(const wchar_t* name) const override;
-    IProperty* FindProperty(const wchar_t* name) override;
     void Release() override;
     void BeginChange() override {}
     bool IsRevision(std::int32_t revision) const override;

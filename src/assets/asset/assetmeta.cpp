@@ -54,13 +54,6 @@ std::uint64_t TextCount(const PropertyTableImp& table, std::size_t group, nuo::s
     return property != nullptr ? assets::TextCount(*property) : 0;
 }
 
-nuo::string TextAt(const PropertyTableImp& table, std::size_t group, nuo::string_ref name,
-                   std::uint64_t index) {
-    const PropertyBase* property = table.FindInGroup(group, name);
-    const nuo::string* text = property != nullptr ? assets::TextAt(*property, index) : nullptr;
-    return text != nullptr ? *text : nuo::string();
-}
-
 std::int32_t Integer(const PropertyTableImp& table, std::size_t group, nuo::string_ref name) {
     const auto* value = ValueOf<IIntegerValue>(table, group, name);
     return value != nullptr && value->GetDimension() > 0 ? value->GetValue(0) : 0;
@@ -82,7 +75,7 @@ nuo::string Localized(const ModuleContext& context, const nuo::string& key,
 
 nuo::string LocalizedAt(const PropertyTableImp& table, nuo::string_ref name, std::uint64_t index,
                         const core::IString& locale, const nuo::string& domain) {
-    return Localized(table.Context(), TextAt(table, kIteration, name, index), locale, domain);
+    return Localized(table.Context(), table.GetText(kIteration, name, index), locale, domain);
 }
 
 nuo::string UiName(const PropertyTableImp& table, const core::IString& locale,
@@ -92,7 +85,7 @@ nuo::string UiName(const PropertyTableImp& table, const core::IString& locale,
 }
 
 std::uint64_t ThumbnailCount(const PropertyTableImp& table) {
-    return TextAt(table, kIteration, kThumbnail).empty() ? 0 : 1;
+    return table.GetText(kIteration, kThumbnail).empty() ? 0 : 1;
 }
 
 nuo::string AssetTypeForHosts(const nuo::string& stored) {
@@ -120,13 +113,13 @@ bool GetThumbnailName(const PropertyTableImp& table, std::uint64_t index, core::
 
 bool GetThumbnail(const PropertyTableImp& table, std::uint64_t index, core::IString& out) {
     if (!CheckIndex(index, ThumbnailCount(table))) return false;
-    Assign(out, TextAt(table, kIteration, kThumbnail, index));
+    Assign(out, table.GetText(kIteration, kThumbnail, index));
     return true;
 }
 
 bool GetDescription(const PropertyTableImp& table, core::IString& out, const core::IString& locale,
                     const nuo::string& domain) {
-    const nuo::string key = TextAt(table, kIteration, kDescription);
+    const nuo::string key = table.GetText(kIteration, kDescription);
     if (key.empty()) {
         // Misspelt on purpose: hosts know the message in this form.
         HalvernError("No desctiption property on this asset.").Deliver();
@@ -145,7 +138,7 @@ bool GetUiDefinitionName(std::uint64_t index, core::IString& out) {
 
 bool GetUiDefinition(const PropertyTableImp& table, std::uint64_t index, core::IString& out) {
     if (!CheckIndex(index, kUiDefinitionCount)) return false;
-    Assign(out, TextAt(table, kReadOnly, kUiDefinitionNames[index]));
+    Assign(out, table.GetText(kReadOnly, kUiDefinitionNames[index]));
     return true;
 }
 
@@ -176,12 +169,12 @@ bool GetImplementationUri(const PropertyTableImp& table, std::uint64_t index, co
         HalvernError("Can't get implementation URI.").Deliver();
         return false;
     }
-    Assign(out, TextAt(table, kReadOnly, *name));
+    Assign(out, table.GetText(kReadOnly, *name));
     return true;
 }
 
 nuo::string VersionGuid(const PropertyTableImp& table) {
-    const nuo::string stored = TextAt(table, kIteration, kVersionGuid);
+    const nuo::string stored = table.GetText(kIteration, kVersionGuid);
     return stored.empty() ? MakeIdentifier() : stored;
 }
 

@@ -33,9 +33,6 @@ inline constexpr nuo::string_ref kAssetType = "assettype";      // read-only
 
 /** Elements of the texts of a property: 1 for a single one. */
 std::uint64_t TextCount(const PropertyTableImp& table, std::size_t group, nuo::string_ref name);
-/** The text at `index`, or empty. */
-nuo::string TextAt(const PropertyTableImp& table, std::size_t group, nuo::string_ref name,
-                   std::uint64_t index = 0);
 std::int32_t Integer(const PropertyTableImp& table, std::size_t group, nuo::string_ref name);
 bool Boolean(const PropertyTableImp& table, std::size_t group, nuo::string_ref name);
 

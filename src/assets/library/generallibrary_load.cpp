@@ -187,7 +187,7 @@ void GeneralLibrary::LoadSchemas() {
 void GeneralLibrary::LoadSchemaPart(nuo::string_ref name) {
     const nuo::string path = fs::joinPath(Path(kSchemasFolder), name);
     const auto part = OpenPart(package_, path);
-    const KRVTSchemaDefinition* const schema = part ? schemas_->LoadSchema(*part, path) : nullptr;
+    const KRVTSchemaDefinition* const schema = part ? schemas_->LoadSchema(*part) : nullptr;
     if (schema == nullptr) NUO_RAISE(JpkFsErr, path);
     schema_parts_.emplace(schema->Id(), name);
 }

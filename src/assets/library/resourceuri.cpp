@@ -1,5 +1,6 @@
 #include "assets/library/resourceuri.h"
 
+#include "assets/manager/base/resourceprefix.h"
 #include "assets/package/jpkfs.h"
 #include "nuo/common/string_algo/number.h"
 #include "nuo/common/string_builder.h"

@@ -4,10 +4,6 @@
 
 namespace korvanet::platform::assets {
 
-// A URI that begins so names a part of a package by its path; every other text names the outside
-// world.
-inline constexpr nuo::string_ref kResourcePrefix{"jpk:?asset=/"};
-
 bool IsResourceUri(nuo::string_ref uri);
 
 // The path inside the package. REQUIRES: IsResourceUri(uri).

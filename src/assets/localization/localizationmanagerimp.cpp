@@ -4,6 +4,7 @@
 
 #include "assets/localization/localizationxmldata.h"
 #include "assets/manager/base/guarded.h"
+#include "assets/manager/base/path.h"
 #include "velmor/vfs/local_fs.h"
 
 namespace korvanet::platform::assets {
@@ -19,21 +20,6 @@ void ReadMessages(ILocalizationImp& messages, const MessageSource& source, velmo
         XmlDriverState driver(reader);
         ParseXml(driver, *file);
     }
-}
-
-// Behind the last separator of either kind.
-nuo::string_ref LeafOf(nuo::string_ref path) {
-    const char* leaf = path.end();
-    while (leaf != path.begin() && leaf[-1] != '/' && leaf[-1] != '\\') {
-        --leaf;
-    }
-    return {leaf, path.end()};
-}
-
-// What stands before the leaf, without a separator at its end, unless it is the root of the disk.
-nuo::string_ref FolderOf(nuo::string_ref path, nuo::string_ref leaf) {
-    const nuo::string_ref folder(path.begin(), leaf.begin());
-    return folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder;
 }
 
 }  // namespace
@@ -203,8 +189,8 @@ const nuo::string* ILocalizationManagerImp::SearchLocale(nuo::string_ref key,
 }
 
 void ILocalizationManagerImp::AddFolderAsSource(Domains::value_type& domain) {
-    const nuo::string_ref leaf = LeafOf(domain.first);
-    const nuo::string_ref folder = FolderOf(domain.first, leaf);
+    const nuo::string_ref leaf = LeafOfPath(domain.first);
+    const nuo::string_ref folder = FolderOfPath(domain.first);
     if (leaf.empty() || folder.empty()) {
         return;
     }

@@ -22,7 +22,7 @@ PropertyTableImp* SourceOf(IAssetInstance* instance) {
 }
 
 bool HasAssetType(const PropertyTableImp& table) {
-    return !table.GetText(PropertyTableImp::kReadOnlyGroup, asset_meta::kAssetType).empty();
+    return !AssetTypeOf(table).empty();
 }
 
 bool RefusesEmpty(const IString& identifier) {

@@ -42,7 +42,7 @@ AssetLibraryManager::AssetLibraryManager()
     InitializeHalvernTypes(runtime_.root(), context_);
     tables_.services.files = &resolver_;
 
-    user_ = CreateNamespace(runtime_.root(), "usr");
+    user_ = CreateNamespace(runtime_.root(), kUserNamespace);
     slib_ = CreateNamespace(runtime_.root(), "slib");
     global_ = LibraryNamespaces::Create(slib_, "global");
     tmp_schema_ = CreateNamespace(slib_, "tmpSchema");

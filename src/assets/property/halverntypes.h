@@ -53,10 +53,7 @@ public:
     velmor::Namespace Namespaces() const { return namespaces_; }
 
     velmor::Type Asset() const { return types_[1]; }
-    velmor::Type SymbolLink() const { return types_[2]; }
     velmor::Type Connection() const { return types_[3]; }
-    velmor::Type Group() const { return types_[4]; }
-    velmor::Type PropertySymbolLink() const { return types_[5]; }
 
     // The composite type of a value class: "operation", "link" and "data".
     velmor::Type Value(ValueClass value) const { return types_[static_cast<std::size_t>(value)]; }

@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::uint64_t kNone = ~std::uint64_t{0};
 
-nuo::string AssetTypeOf(const PropertyTableImp& table) {
-    return table.GetText(PropertyTableImp::kReadOnlyGroup, "assettype");
-}
-
 bool Owns(const PropertyTableImp& table, const PropertyBase& property) {
     for (std::size_t group = 0; group < PropertyTableImp::kGroupCount; ++group) {
         if (table.FindInGroup(group, property.Name()) == &property) {

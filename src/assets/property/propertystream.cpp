@@ -14,10 +14,6 @@ bool HasBody(const PropertyBase& property) {
     return type != PropertyType::kTexture && type != PropertyType::kReference;
 }
 
-bool HasTail(const PropertyBase& property) {
-    return property.TakesConnections();
-}
-
 void WriteBody(nuo::archive::writer& writer, const PropertyBase& property) {
     if (HasBody(property)) {
         const velmor::ConstObject data = property.DataObject();

@@ -16,7 +16,6 @@ class PropertyBase;
 // Only a property whose flags allow connections has a tail. See docs/formats/records.md.
 
 bool HasBody(const PropertyBase& property);
-bool HasTail(const PropertyBase& property);
 
 // Whether a property has a tail is up to the schema that tells the form, whose flags may be others
 // than those of the property by now: these write and read one in any case.

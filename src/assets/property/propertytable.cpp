@@ -141,6 +141,10 @@ void PropertyTableImp::Expire() {
     }
 }
 
+nuo::string AssetTypeOf(const PropertyTableImp& table) {
+    return table.GetText(PropertyTableImp::kReadOnlyGroup, "assettype");
+}
+
 PropertyTableImp& MakeTable(const ModuleContext& context, TableKind kind) {
     const velmor::Type type = context.types.Asset();
     void* memory = context.heap->malloc(type.payload(), type.alignment(), nullptr);
@@ -170,7 +174,7 @@ nuo::string MakeIdentifier() {
 }
 
 PropertyBase* FindByWideName(const PropertyTableImp& table, const wchar_t* name) {
-    return name == nullptr ? nullptr : table.FindProperty(WideKey(name));
+    return name == nullptr ? nullptr : table.FindByNameOrAlias(WideKey(name));
 }
 
 }  // namespace korvanet::platform::assets

@@ -61,6 +61,11 @@ public:
     PropertyGroup& Group(std::size_t group) { return *groups_[group]; }
     // The first property of that name, groups in order, or null.
     PropertyBase* FindProperty(nuo::string_ref name) const;
+    // The property of that name, or of the name that the schema gives for it as an alias; null when
+    // there is none. A table without a schema knows no aliases.
+    virtual PropertyBase* FindByNameOrAlias(nuo::string_ref name) const {
+        return FindProperty(name);
+    }
     // The property of that name in one group, or null.
     PropertyBase* FindInGroup(std::size_t group, nuo::string_ref name) const {
         return Group(group).Find(name);
@@ -140,6 +145,9 @@ private:
 // The names of the groups in stored data and in XML, in group order.
 inline constexpr const char* kGroupNames[PropertyTableImp::kGroupCount] = {
     "10readwrite", "20iteration", "30readonly"};
+
+// The asset type that a table's read-only group tells; empty when it tells none.
+nuo::string AssetTypeOf(const PropertyTableImp& table);
 
 // Makes a holder on the context's heap and an empty table of the given kind in it. The table's
 // count is zero and it stands in no namespace.

@@ -7,7 +7,7 @@
 
 namespace korvanet::platform::assets {
 
-// The property of a name that comes from a host; null for a null name.
+// The property of a name or alias that comes from a host; null for a null name.
 PropertyBase* FindByWideName(const PropertyTableImp& table, const wchar_t* name);
 
 // Serves the table operations of the interface `I` from the body of the table.

@@ -1,5 +1,6 @@
 #include "assets/schema/propertydata.h"
 
+#include "assets/property/propertyaccess.h"
 #include "assets/property/urivalues.h"
 
 namespace korvanet::platform::assets {
@@ -23,11 +24,7 @@ std::uint64_t TextCount(const PropertyBase& property) {
 }
 
 const nuo::string* TextAt(const PropertyBase& property, std::uint64_t index) {
-    if (const velmor::Array* list = ListOf(property)) {
-        return index < list->size() ? static_cast<const nuo::string*>((*list)[index].data())
-                                    : nullptr;
-    }
-    return index == 0 ? DataAs<nuo::string>(property) : nullptr;
+    return ElementOf<nuo::string>(property, index);
 }
 
 bool SetTextAt(PropertyBase& property, std::uint64_t index, const nuo::string& text) {

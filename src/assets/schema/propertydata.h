@@ -5,25 +5,19 @@
 #include "assets/property/property.h"
 #include "nuo/common/string.h"
 #include "velmor/array.h"
-#include "velmor/typeinfo.h"
+#include "velmor/object.h"
 
 namespace korvanet::platform::assets {
 
 /** The data of a property when it is of the native class `T`, else null. */
 template <class T>
 T* DataAs(PropertyBase& property) {
-    const velmor::Object data = property.DataObject();
-    return data.type().methods().typeinfo() == velmor::TypeInfo<T>::instance()
-               ? static_cast<T*>(data.data())
-               : nullptr;
+    return velmor::bindOrNull<T>(property.DataObject());
 }
 
 template <class T>
 const T* DataAs(const PropertyBase& property) {
-    const velmor::ConstObject data = property.DataObject();
-    return data.type().methods().typeinfo() == velmor::TypeInfo<T>::instance()
-               ? static_cast<const T*>(data.data())
-               : nullptr;
+    return velmor::bindOrNull<T>(property.DataObject());
 }
 
 /** How many texts a property holds: 1 for a single one, 0 for a value that is no text. */

@@ -8,8 +8,6 @@
 namespace korvanet::platform::assets {
 namespace {
 
-constexpr nuo::string_ref kUserNamespace = "usr";
-
 velmor::Namespace UserNamespace(velmor::Namespace root) {
     const velmor::Namespace user = root.findChild(kUserNamespace);
     return user.valid() ? user : CreateNamespace(root, kUserNamespace);
@@ -31,8 +29,7 @@ SchemaBatchLoader::~SchemaBatchLoader() {
 
 IAssetSchema* SchemaBatchLoader::LoadSchema(core::IDataReader* stream) {
     if (spent_) return nullptr;
-    return Guarded(nullptr,
-                   [&]() -> IAssetSchema* { return store_.LoadSchema(stream, nuo::string()); });
+    return Guarded(nullptr, [&]() -> IAssetSchema* { return store_.LoadSchema(stream); });
 }
 
 bool SchemaBatchLoader::Commit() {

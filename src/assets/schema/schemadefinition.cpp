@@ -26,14 +26,6 @@ KRVTSchemaDefinition::KRVTSchemaDefinition(HalvernAsset& holder, const ModuleCon
 
 KRVTSchemaDefinition::~KRVTSchemaDefinition() = default;
 
-const IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) const {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
-}
-
-IProperty* KRVTSchemaDefinition::FindProperty(const wchar_t* name) {
-    return name != nullptr ? FindByNameOrAlias(WideKey(name)) : nullptr;
-}
-
 IAssetSchema* KRVTSchemaDefinition::GetBaseSchema() const {
     return Base();
 }

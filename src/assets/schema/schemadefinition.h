@@ -34,10 +34,6 @@ public:
 
     // IAssetSchema
 
-    using PropertyTable<IAssetSchema>::FindProperty;
-    const IProperty* FindProperty(const wchar_t* name) const override;
-    IProperty* FindProperty(const wchar_t* name) override;
-
     IAssetSchema* GetBaseSchema() const override;
     void GetId(IString& id) const override;
     bool WriteTo(core::IDataWriter* writer) const override;
@@ -78,9 +74,7 @@ public:
 
     const nuo::string& Id() const { return Name(); }
     KRVTSchemaDefinition* BaseDefinition() const;
-    /** The property of that name, or of the name that it is an alias of; null when there is none.
-     */
-    PropertyBase* FindByNameOrAlias(nuo::string_ref name) const;
+    PropertyBase* FindByNameOrAlias(nuo::string_ref name) const override;
     /** The property of that name that stands in no other than the read-only group, or the base's.
      */
     const PropertyBase* FindReadOnly(nuo::string_ref name) const;

@@ -96,17 +96,15 @@ nuo::string FileOf(const nuo::string& folder, const nuo::string& id) {
 
 }  // namespace
 
-KRVTSchemaDefinition* SchemaManager::LoadSchema(core::IDataReader* source,
-                                                const nuo::string& sourcePath) {
+KRVTSchemaDefinition* SchemaManager::LoadSchema(core::IDataReader* source) {
     nuo::buffer<nuo::byte> bytes;
     if (!ReadAll(source, bytes)) return nullptr;
     nuo::archive::buffer_in archive(bytes);
-    return LoadSchema(archive, sourcePath);
+    return LoadSchema(archive);
 }
 
-KRVTSchemaDefinition* SchemaManager::LoadSchema(nuo::archive::iarchive& source,
-                                                const nuo::string& sourcePath) {
-    const SchemaPtr schema = Parse(source, sourcePath);
+KRVTSchemaDefinition* SchemaManager::LoadSchema(nuo::archive::iarchive& source) {
+    const SchemaPtr schema = Parse(source);
     if (!schema || schema->Id().empty()) return nullptr;
     if (KRVTSchemaDefinition* loaded = Loaded(schema->Id())) {
         HalvernWarn("Try to load a loaded schema.").Deliver();
@@ -120,7 +118,7 @@ KRVTSchemaDefinition* SchemaManager::LoadFromFile(const nuo::string& path) {
     // A file that can't be read is one without a schema.
     return Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
         nuo::archive::file_read_archive file(path);
-        return LoadSchema(file, path);
+        return LoadSchema(file);
     });
 }
 
@@ -142,7 +140,7 @@ KRVTSchemaDefinition* SchemaManager::LoadFromFolder(const nuo::string& folder,
 
 SchemaManager::SchemaPtr SchemaManager::ReadAlone(nuo::archive::iarchive& source,
                                                   KRVTSchemaDefinition* base) const {
-    const SchemaPtr schema = Parse(source, nuo::string());
+    const SchemaPtr schema = Parse(source);
     if (!schema) return schema;
     CompleteVersion(*schema);
     if (schema->Id() == grammar::kCommonSchema) {
@@ -170,12 +168,11 @@ void SchemaManager::RetryPending() {
     }
 }
 
-SchemaManager::SchemaPtr SchemaManager::Parse(nuo::archive::iarchive& source,
-                                              const nuo::string& sourcePath) const {
+SchemaManager::SchemaPtr SchemaManager::Parse(nuo::archive::iarchive& source) const {
     nuo::archive::random* extent = source.query_random();
     if (extent == nullptr || extent->size() > kMaxSchemaBytes) return SchemaPtr();
     const SchemaPtr schema = MakeSchema(nuo::string());
-    SchemaManagerXmlData reader(*schema, sourcePath);
+    SchemaManagerXmlData reader(*schema);
     XmlDriverState driver(reader);
     // Malformed, too large or unreadable: there is no schema, and a batch may go on.
     return Guarded(false, [&] { return ParseXml(driver, source); }) ? schema : SchemaPtr();
@@ -254,10 +251,7 @@ bool SchemaManager::FinishPending(KRVTSchemaDefinition& schema, KRVTSchemaDefini
 }
 
 void SchemaManager::Arrived(const nuo::string& id) {
-    Guarded(false, [&] {
-        FinishWaiting(id);
-        return true;
-    });
+    Guarded([&] { FinishWaiting(id); });
 }
 
 }  // namespace korvanet::platform::assets

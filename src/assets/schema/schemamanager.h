@@ -65,8 +65,8 @@ public:
      * schema.". The result may still be pending. Raises `schema_too_large` when the set would
      * inherit more than kMaxInheritedProperties.
      */
-    KRVTSchemaDefinition* LoadSchema(core::IDataReader* source, const nuo::string& sourcePath);
-    KRVTSchemaDefinition* LoadSchema(nuo::archive::iarchive& source, const nuo::string& sourcePath);
+    KRVTSchemaDefinition* LoadSchema(core::IDataReader* source);
+    KRVTSchemaDefinition* LoadSchema(nuo::archive::iarchive& source);
     KRVTSchemaDefinition* LoadFromFile(const nuo::string& path);
     /**
      * Reads the file `id` and ".xml" of the folder, and from there the files of the bases that are
@@ -120,7 +120,7 @@ public:
 
 private:
     SchemaPtr MakeSchema(const nuo::string& id) const;
-    SchemaPtr Parse(nuo::archive::iarchive& source, const nuo::string& sourcePath) const;
+    SchemaPtr Parse(nuo::archive::iarchive& source) const;
     KRVTSchemaDefinition* Loaded(nuo::string_ref id) const;
     KRVTSchemaDefinition* Register(const SchemaPtr& schema);
     KRVTSchemaDefinition* RegisterRoot(const SchemaPtr& schema);

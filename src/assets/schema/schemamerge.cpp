@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "assets/manager/base/report.h"
+#include "assets/manager/base/resourceprefix.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/ischemaset.h"
 #include "assets/schema/propertydata.h"
@@ -22,8 +23,6 @@ constexpr std::uint32_t kLayoutFlags =
 /** Libraries of this version wrote metadata flags that they did not mean. */
 constexpr LibraryFormat kFormatWithStrayMetadata{3, 1, 3, 0};
 constexpr std::int32_t kPackagedMajor = 3;
-/** How the URI of a resource inside a library begins. */
-constexpr nuo::string_ref kResourcePrefix = "jpk:?asset=/";
 
 bool IsResourcePath(const nuo::string& uri) {
     return uri.ref().starts_with(kResourcePrefix);

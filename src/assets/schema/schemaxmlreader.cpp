@@ -1,7 +1,6 @@
 #include "assets/schema/schemaxmlreader.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "assets/schema/recordattributes.h"
 #include "assets/schema/schemabuilder.h"
@@ -37,9 +36,6 @@ nuo::string Attribute(const XmlAttributes& attributes, nuo::string_ref name) {
 }
 
 }  // namespace
-
-SchemaManagerXmlData::SchemaManagerXmlData(KRVTSchemaDefinition& schema, nuo::string source)
-    : schema_(schema), source_(std::move(source)) {}
 
 void SchemaManagerXmlData::OnXml(XmlDriverState& driver, const nuo::string& name,
                                  const nuo::string&, const XmlAttributes& attributes, bool start) {

@@ -36,13 +36,10 @@ inline constexpr std::uint64_t kMaxSchemaListElements = 1u << 20;
  */
 class SchemaManagerXmlData final : public IXmlCallBack {
 public:
-    SchemaManagerXmlData(KRVTSchemaDefinition& schema, nuo::string source);
+    explicit SchemaManagerXmlData(KRVTSchemaDefinition& schema) : schema_(schema) {}
 
     void OnXml(XmlDriverState& driver, const nuo::string& name, const nuo::string& text,
                const XmlAttributes& attributes, bool start) override;
-
-    /** Where the schema comes from; empty when it comes from a stream. */
-    const nuo::string& Source() const { return source_; }
 
 private:
     void StartElement(const nuo::string& name, const XmlAttributes& attributes, std::size_t depth);
@@ -57,7 +54,6 @@ private:
     intrusive_ptr<KRVTBounds> bounds_;
     intrusive_ptr<KRVTChoiceList> choices_;
     KRVTSchemaDefinition& schema_;
-    nuo::string source_;
     std::uint64_t elements_ = 0;
     std::uint64_t list_elements_ = 0;
 };

@@ -139,9 +139,8 @@ void SchemaCheck::LoadPart(PackageParts& parts, const std::string& name, Finding
     const nuo::archive::archive_ptr part = parts.Open(path);
     const Reports reports;
     // It raises where the schemas are too large together, and is told like one that is so alone.
-    const KRVTSchemaDefinition* const schema = Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
-        return schemas_->LoadSchema(*part, nuo::string_ref(path));
-    });
+    const KRVTSchemaDefinition* const schema =
+        Guarded(nullptr, [&]() -> KRVTSchemaDefinition* { return schemas_->LoadSchema(*part); });
     for (const std::string& line : reports.lines)
         findings.Add({"schema.report", path, PlaceOf(line), line});
     if (schema == nullptr) {

@@ -17,7 +17,7 @@ LibraryNamespaces LibraryNamespaces::Create(velmor::Namespace parent, nuo::strin
     group.own = CreateNamespace(parent, name);
     group.schema = CreateNamespace(group.own, "schema");
     group.asset = CreateNamespace(group.own, "asset");
-    group.tmpAsset = CreateNamespace(group.own, "tmpAsset");
+    group.tmpAsset = CreateNamespace(group.own, kInstanceNamespace);
     return group;
 }
 

@@ -11,6 +11,11 @@ NUO_DECLARE_EXCEPTION(namespace_creating_failed);
 /// Makes the child `name` of `parent`. The name is taken as it is: a "." in it separates nothing.
 velmor::Namespace CreateNamespace(velmor::Namespace parent, nuo::string_ref name);
 
+/// The namespace of what belongs to no library, below the root.
+inline constexpr nuo::string_ref kUserNamespace = "usr";
+/// The one of instances among the namespaces of a library.
+inline constexpr nuo::string_ref kInstanceNamespace = "tmpAsset";
+
 /// The namespaces of one library, or of the set that all libraries share:
 ///
 ///     parent
