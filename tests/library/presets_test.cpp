@@ -169,6 +169,35 @@ TEST(Presets, ACopiedDefinitionBringsItsSchemaAndItsFilesAlong) {
     EXPECT_TRUE(again.Text("Copy", "AssetLibID") == "TARGET");
 }
 
+TEST(Presets, ACopyChangesNothingThatTheSchemaOfItsLibraryHasReadOnly) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto target = MakePaintLibrary(host, "TARGET");
+        target->SavedBytes();
+        std::string schema = target->Part("TARGET/Schemas/PaintSchema.xml");
+        const std::size_t at = schema.find("id=\"p_depth\"");
+        ASSERT_NE(at, std::string::npos);
+        target->Write("TARGET/Schemas/PaintSchema.xml",
+                      schema.insert(at + 12, " readonly=\"true\""));
+        target->package->sync();
+        target->zip->commit();
+        bytes = target->archive.get_buffer();
+    }
+    auto source = MakePaintLibrary(host, "SOURCE");
+    AssetDefinition& red = AddPaint(*source, "Red");
+    const auto depth = [](const PropertyTableImp& table) {
+        return dynamic_cast<IScalarValue*>(
+            table.FindProperty(nuo::string_ref("p_depth"))->GetValue());
+    };
+    ASSERT_TRUE(depth(red)->SetValue(42));
+    TestLibrary target(host, bytes, true);
+    const KRVTSchemaDefinition& own = *target->Schemas().FindOwn("PaintSchema");
+    ASSERT_EQ(depth(own)->GetValue(), 0.5);
+    ASSERT_NE(target->CreatePreset(red, "Copy", {}), nullptr);
+    EXPECT_EQ(depth(own)->GetValue(), 0.5);
+}
+
 TEST(Presets, AnEnsuredSchemaHasExactlyThePropertiesFlagsAndAliasesOfItsOriginal) {
     TestHost host;
     auto source = MakePaintLibrary(host, "SOURCE");

@@ -68,7 +68,9 @@ void AssetCopier::Fill(const PropertyTableImp& source, PropertyTableImp& made) {
     for (const std::size_t group : kStoredGroups) {
         for (const PropertyGroup::Entry& entry : source.Group(group)) {
             PropertyBase* const place = made.FindProperty(entry.Name());
-            if (place != nullptr && place->Descriptor().type == entry.Type())
+            // What is read-only by the schema here is that of all its definitions.
+            if (place != nullptr && place->Descriptor().type == entry.Type() &&
+                (place->GetFlags() & PropertyFlags::kReadOnly) == 0)
                 FillProperty(entry.Property(), *place);
         }
     }
