@@ -320,12 +320,13 @@ TEST_F(TheLibrary, CopiesADefinitionWithoutAFileThatIsDamagedInItsLibrary) {
     original->Release();
     EXPECT_TRUE(target.CopyDefinition(definition, nullptr));
     EXPECT_TRUE(Manager().SaveLibrary(&target));
+    definition->Release();
     assets::IAssetDefinition* const stored = DefinitionOf(target, "Bitmap-001");
+    ASSERT_NE(stored, nullptr);
     assets::IAssetInstance* const copy = target.CreateInstance(stored);
     EXPECT_EQ(UriOf(*copy, L"unifiedbitmap_Bitmap"), uri);
     copy->Release();
     stored->Release();
-    definition->Release();
 }
 
 TEST_F(TheLibrary, DoesNotCopyWhatHasNoSchemaOrNoAssetType) {

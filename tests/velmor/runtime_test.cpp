@@ -206,6 +206,32 @@ TEST_F(RuntimeTest, RemoveChildrenEmptiesTheMap) {
     EXPECT_NE(space.findObject("own").name, nullptr);
 }
 
+/// A value that looks for the namespace "space.a" when it ends.
+class Looking : public PrimitiveMethods<std::int32_t> {
+public:
+    void destruct(Object) const override { found.push_back(place.findChild("a").valid()); }
+    void beginLayout(std::uint64_t& payload, std::uint64_t& offset, std::uint64_t& alignment,
+                     bool& pod) const override {
+        PrimitiveMethods::beginLayout(payload, offset, alignment, pod);
+        pod = false;
+    }
+
+    static inline Namespace place;
+    static inline std::vector<bool> found;
+};
+
+TEST_F(RuntimeTest, AChildThatIsGoneIsNotFoundByTheValuesOfTheOthers) {
+    static const Looking methods;
+    TypeBuilder builder;
+    const Type looking = builder.begin(&methods).setName("looking").endBuild().adoptBy(root);
+    Looking::place = makeNamespace("space");
+    makeNamespace("space.a");
+    addObject(makeNamespace("space.b"), "o", looking);
+    Looking::found.clear();
+    runtime.removeChildren(Looking::place);
+    EXPECT_EQ(Looking::found, std::vector<bool>{false});
+}
+
 TEST_F(RuntimeTest, AnEntryWithoutAValueIsErased) {
     ScopedObjectCreator(&heap, nullptr).adoptBy(root, "nothing");
     EXPECT_NE(root.findObject("nothing").name, nullptr);
