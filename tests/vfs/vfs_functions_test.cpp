@@ -46,10 +46,13 @@ nuo::archive::archive_ptr LimitedFs::create(nuo::string_ref path, unsigned mode,
         std::shared_ptr<nuo::archive::iarchive>(std::move(file)), room_);
 }
 
-// A file system whose files claim to be one byte longer than they are.
-class BoastingFs : public fs::InMemory {
+using ReadForm = nuo::archive::multiplex_owner<nuo::archive::multiplex_read_archive>;
+
+// A file system whose files are read through a `Reader`.
+template <class Reader>
+class ReadThrough : public fs::InMemory {
 public:
-    BoastingFs() : InMemory("boasting") {}
+    ReadThrough() : InMemory("read through") {}
 
     nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override {
         auto file = InMemory::create(path, mode, flag);
@@ -57,13 +60,21 @@ public:
         return nuo::archive::make_archive<Reader>(
             std::shared_ptr<nuo::archive::iarchive>(std::move(file)));
     }
+};
 
-private:
-    class Reader : public nuo::archive::multiplex_owner<nuo::archive::multiplex_read_archive> {
-    public:
-        using multiplex_owner::multiplex_owner;
-        std::uint64_t size() override { return multiplex_owner::size() + 1; }
-    };
+// Claims to be one byte longer than it is.
+class Boaster : public ReadForm {
+public:
+    using ReadForm::ReadForm;
+    std::uint64_t size() override { return ReadForm::size() + 1; }
+};
+
+// Cannot be read.
+class Broken : public ReadForm {
+public:
+    using ReadForm::ReadForm;
+    bool readable() override { return true; }
+    nuo::byte* read(nuo::archive::byte_range) override { NUO_RAISE(nuo::archive::read_failed); }
 };
 
 TEST(NormalizePathTest, DropsEmptyPartsAndKeepsALeadingSlash) {
@@ -105,34 +116,14 @@ TEST(CopyFileTest, AFullTargetIsADataError) {
 }
 
 TEST(CopyFileTest, FewerBytesThanTheSourceTellsIsADataError) {
-    BoastingFs source;
+    ReadThrough<Boaster> source;
     fs::InMemory target("target");
     ASSERT_NE(source.InMemory::create("a", fs::mode_write, fs::create_new), nullptr);
     EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);
 }
 
 TEST(CopyFileTest, ASourceThatCannotBeReadIsADataError) {
-    class Broken : public fs::InMemory {
-    public:
-        Broken() : InMemory("broken") {}
-        nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode,
-                                         unsigned flag) override {
-            auto file = InMemory::create(path, mode, flag);
-            if (file == nullptr) return file;
-            return nuo::archive::make_archive<Reader>(
-                std::shared_ptr<nuo::archive::iarchive>(std::move(file)));
-        }
-
-    private:
-        class Reader : public nuo::archive::multiplex_owner<nuo::archive::multiplex_read_archive> {
-        public:
-            using multiplex_owner::multiplex_owner;
-            bool readable() override { return true; }
-            nuo::byte* read(nuo::archive::byte_range) override {
-                NUO_RAISE(nuo::archive::read_failed);
-            }
-        };
-    } source;
+    ReadThrough<Broken> source;
     fs::InMemory target("target");
     ASSERT_NE(source.InMemory::create("a", fs::mode_write, fs::create_new), nullptr);
     EXPECT_EQ(fs::copyFile({"a", &source}, {"b", &target}), fs::er_data_error);

@@ -16,7 +16,7 @@ public:
     AssetCopier(GeneralLibrary& target, std::vector<nuo::string>& fresh)
         : target_(target), fresh_(fresh) {}
 
-    // The record of `identifier`, made or filled anew; null, and nothing stored, when a schema
+    // The record of `identifier`, made or filled anew; null, and no record stored, when a schema
     // cannot be taken over. Raises JpkFsErr, and nothing is stored, when the connections reach too
     // deep.
     PropertyTableImp* Copy(PropertyTableImp& source, nuo::string_ref identifier);

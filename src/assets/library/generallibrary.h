@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <utility>
+#include <set>
 #include <vector>
 
 #include "assets/library/datastore.h"
@@ -150,8 +150,9 @@ public:
     // Stores a table (a definition or an instance, of this library or of another) under
     // `identifier`, with the listed values; one that stands there is updated in place. Connected
     // assets that are no records of this library come along as hidden records under fresh
-    // identifiers. Null, and nothing stored, when a schema cannot be taken over; raises JpkFsErr,
-    // with nothing stored, for connections that reach too deep.
+    // identifiers. Null, and no record stored, when a schema cannot be taken over; those that were
+    // taken over before it stay. Raises JpkFsErr, with nothing stored, for connections that reach
+    // too deep.
     AssetDefinition* CreatePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
@@ -191,9 +192,6 @@ public:
     void PrepareForReload();
 
 private:
-    // Of each schema of the library, the part that it is written to.
-    using SchemaLeaves = std::map<nuo::string, nuo::string, nuo::string_less>;
-
     friend class LibraryConnectionCodec;
     friend class AssetCopier;
 
@@ -227,8 +225,13 @@ private:
     HalvernAsset* LoadConnected(nuo::string_ref name);
 
     // generallibrary_save.cpp
-    // Ids and texts of schemas.
-    using SchemaTexts = std::vector<std::pair<nuo::string, nuo::string>>;
+    // A schema on its way into its part.
+    struct SchemaText {
+        nuo::string id;
+        nuo::string leaf;
+        nuo::string text;
+    };
+    using SchemaTexts = std::vector<SchemaText>;
     bool MergeSchemas();
     bool MergeGlobal(KRVTSchemaDefinition& schema);
     void MarkOldForms();
@@ -241,8 +244,8 @@ private:
     bool TellSchemas(SchemaTexts& texts) const;
     void WriteSchemas(const SchemaTexts& texts);
     nuo::string SchemaLeaf(const nuo::string& id) const;
-    SchemaLeaves ChooseSchemaLeaves() const;
-    void RemoveOtherParts(const SchemaLeaves& leaves);
+    std::set<nuo::string, nuo::string_less> LeavesOfWaitingSchemas() const;
+    void RemoveOtherParts(const SchemaTexts& written);
     bool WriteContents();
     bool WriteVersionTable();
     bool SaveLegacy();

@@ -238,41 +238,32 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
 }
 
 // False, before any record is stored by a layout that no reader would find, when a schema can't be
-// told or has no part to be written to.
+// told, or when its part would be written over another's: what a schema was read from may have the
+// name that follows from the id of another one.
 bool GeneralLibrary::TellSchemas(SchemaTexts& texts) const {
-    const SchemaLeaves leaves = ChooseSchemaLeaves();
+    std::set<nuo::string, nuo::string_less> taken = LeavesOfWaitingSchemas();
     for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
-        nuo::string text = WriteSchemaXml(*schema);
-        if (leaves.count(schema->Id()) == 0 || !IsReadableSchema(text) ||
-            !KeepsItsShape(*schemas_, *schema, text))
+        SchemaText told{schema->Id(), SchemaLeaf(schema->Id()), WriteSchemaXml(*schema)};
+        if (!taken.insert(told.leaf).second || !IsReadableSchema(told.text) ||
+            !KeepsItsShape(*schemas_, *schema, told.text))
             return false;
-        texts.emplace_back(schema->Id(), std::move(text));
+        texts.push_back(std::move(told));
     }
     return true;
 }
 
-// All parts have their names before any is written: what a schema was read from may have the name
-// that follows from the id of another one.
-void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
-    const SchemaLeaves leaves = ChooseSchemaLeaves();
-    for (const auto& [id, text] : texts)
-        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), leaves.find(id)->second)),
-                  text);
-    RemoveOtherParts(leaves);
+// A schema that still waits for its base is in its file alone.
+std::set<nuo::string, nuo::string_less> GeneralLibrary::LeavesOfWaitingSchemas() const {
+    std::set<nuo::string, nuo::string_less> leaves;
+    for (const auto& [id, part] : schema_parts_)
+        if (schemas_->FindOwn(id) == nullptr) leaves.insert(part);
+    return leaves;
 }
 
-// By the id of each schema. One whose part would be written over another's has none: also over that
-// of a schema which still waits for its base and is in its file alone.
-GeneralLibrary::SchemaLeaves GeneralLibrary::ChooseSchemaLeaves() const {
-    std::set<nuo::string, nuo::string_less> taken;
-    for (const auto& [id, part] : schema_parts_)
-        if (schemas_->FindOwn(id) == nullptr) taken.insert(part);
-    SchemaLeaves leaves;
-    for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
-        const nuo::string leaf = SchemaLeaf(schema->Id());
-        if (taken.insert(leaf).second) leaves.emplace(schema->Id(), leaf);
-    }
-    return leaves;
+void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
+    for (const SchemaText& told : texts)
+        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), told.leaf)), told.text);
+    RemoveOtherParts(texts);
 }
 
 // The part that a schema is written to. One that came under a name which does not follow from its
@@ -285,17 +276,21 @@ nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
 }
 
 // A schema has one part: of several the next reader would take the first, and with it an old form.
-void GeneralLibrary::RemoveOtherParts(const SchemaLeaves& leaves) {
-    std::set<nuo::string, nuo::string_less> written;
-    for (const auto& [id, leaf] : leaves)
-        written.insert(leaf);
+void GeneralLibrary::RemoveOtherParts(const SchemaTexts& written) {
+    std::set<nuo::string, nuo::string_less> leaves;
+    std::set<nuo::string, nuo::string_less> ids;
+    for (const SchemaText& told : written) {
+        leaves.insert(told.leaf);
+        ids.insert(told.id);
+    }
     for (auto at = schema_parts_.begin(); at != schema_parts_.end();) {
-        const bool own = leaves.count(at->first) != 0;
-        if (own && written.count(at->second) == 0)
+        const bool own = ids.count(at->first) != 0;
+        if (own && leaves.count(at->second) == 0)
             package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
         at = own ? schema_parts_.erase(at) : std::next(at);
     }
-    schema_parts_.insert(leaves.begin(), leaves.end());
+    for (const SchemaText& told : written)
+        schema_parts_.emplace(told.id, told.leaf);
 }
 
 bool GeneralLibrary::WriteContents() {
