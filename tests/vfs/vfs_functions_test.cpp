@@ -188,6 +188,19 @@ TEST(CreateTempTest, TriesOtherNamesAfterACollision) {
     EXPECT_EQ(folder, others.tried.back());
 }
 
+TEST(RecursiveCreateDirTest, GoesOnWhereSomebodyElseJustMadeADirectory) {
+    class Raced : public fs::InMemory {
+    public:
+        Raced() : InMemory("raced") {}
+        fs::fs_error createDir(nuo::string_ref path) override {
+            if (path == "a") InMemory::createDir(path);
+            return InMemory::createDir(path);
+        }
+    } files;
+    EXPECT_EQ(fs::recursiveCreateDir(files, "a/b"), fs::er_ok);
+    EXPECT_EQ(files.state("a/b").state, fs::state_directory);
+}
+
 TEST(RecursiveCreateDirTest, TellsWhyADirectoryCouldNotBeMade) {
     fs::InMemory files("read only", true);
     EXPECT_EQ(fs::recursiveCreateDir(files, "a/b"), fs::er_permission_denied);

@@ -12,6 +12,13 @@ using namespace vfs_tests;
 
 using ZipEntriesTest = ZipTest;
 
+// What the central header at this place tells of the data as they lie in the ZIP.
+std::uint32_t DeflatedSize(const std::string& zip, std::size_t central) {
+    std::uint32_t size = 0;
+    zip.copy(reinterpret_cast<char*>(&size), sizeof size, central + 20);
+    return size;
+}
+
 std::string Numbers(std::size_t size) {
     std::string text;
     for (std::uint32_t i = 0; text.size() < size; ++i)
@@ -30,6 +37,28 @@ TEST_F(ZipEntriesTest, InflatesDeflatedEntries) {
 TEST_F(ZipEntriesTest, OutputThatFillsTheBufferWithTheLastInputComesWhole) {
     const std::string content(65536 * 3, 'x');
     EXPECT_TRUE(ReadFile(Open(Zip({Deflated("a", content)})), "a") == content);
+}
+
+// Of what comes out of a ZIP only that counts which comes out whole.
+TEST_F(ZipEntriesTest, EntriesThatFailTakeNothingFromTheOthers) {
+    ZipEntry claims = Stored("claims", "0123456789");
+    std::string zip =
+        Zip({Stored("good", "text"), Deflated("bad", std::string(300 << 20, 'x')), claims});
+    const std::size_t central = zip.rfind("claims") - 46;
+    zip.replace(central + 20, 4, U32(0x3FFFFFFF));
+    // The end of the deflate stream of "bad", which its data lacks then.
+    const std::size_t bad = zip.rfind("bad") - 46;
+    zip.replace(bad + 20, 4, U32(static_cast<std::uint32_t>(DeflatedSize(zip, bad) - 20)));
+    fs::ZipFs& files = Open(zip);
+    const auto why = [&](const char* name) {
+        return RaisedText<fs::archive_runtime_error>(
+            [&] { files.create(name, fs::mode_read, fs::open_existing); });
+    };
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(why("bad"), "bad data, need more");
+        EXPECT_EQ(why("claims"), "data lost.");
+    }
+    EXPECT_EQ(ReadFile(files, "good"), "text");
 }
 
 TEST_F(ZipEntriesTest, CopiesStoredEntries) {

@@ -46,10 +46,10 @@ public:
 
 // Reads all of `source` from its start and gives its events to `driver.callback`. Returns true, or
 // raises `xml_malformed_ex`: "The xml input is bad." for an empty source, one that is not well
-// formed, cannot be read from its start, is longer than 2 GiB - 1, has more than 256 elements one
-// in the other, or whose entities make it grow out of measure; "The nodes of xml are asymmetric."
-// when an end tag meets a stack of another element, which takes a callback that changed the stack.
-// Events before the bad place have then been delivered.
+// formed, cannot be read from its start, is longer than 2 GiB - 1, has more than 65,536 elements
+// one in the other, or whose entities make it grow out of measure; "The nodes of xml are
+// asymmetric." when an end tag meets a stack of another element, which takes a callback that
+// changed the stack. Events before the bad place have then been delivered.
 bool ParseXml(XmlDriverState& driver, nuo::archive::iarchive& source);
 
 }  // namespace korvanet::platform::assets

@@ -76,7 +76,10 @@ fs_error recursiveCreateDir(IVfs& fs, nuo::string_ref path) {
     private_::PathWalker walker({missing, path.end()});
     nuo::string_ref component;
     while (walker.next(component)) {
-        const fs_error result = fs.createDir({path.begin(), component.end()});
+        const nuo::string_ref prefix(path.begin(), component.end());
+        const fs_error result = fs.createDir(prefix);
+        // Another process may have made it since.
+        if (result == er_exist && fs.state(prefix).state == state_directory) continue;
         if (result != er_ok) return result;
     }
     return er_ok;

@@ -30,6 +30,7 @@ public:
 
     /// How many bytes of content may come out of entries from now on; any number at first.
     void setAllowance(std::uint64_t bytes) { allowance_ = bytes; }
+    std::uint64_t allowance() const { return allowance_; }
     /// Takes `bytes` from the allowance. Raises archive_runtime_error when it is used up.
     void spend(std::uint64_t bytes);
 

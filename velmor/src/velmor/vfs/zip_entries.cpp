@@ -17,9 +17,9 @@ void readSourceData(const file_header& header, ZipCodec& codec, nuo::archive::wr
     nuo::archive::reader& source = *header.source->query_reader();
     if (header.method != zip_format::method_stored)
         return codec.inflateTo(source, header.compressedSize, target);
-    codec.spend(header.compressedSize);
-    if (codec.copy(source, target, header.compressedSize) != header.compressedSize)
-        NUO_RAISE(archive_runtime_error, "data lost.");
+    const std::uint64_t copied = codec.copy(source, target, header.compressedSize);
+    if (copied != header.compressedSize) NUO_RAISE(archive_runtime_error, "data lost.");
+    codec.spend(copied);
 }
 
 archive_ptr fetch(file_header& header, ZipCodec& codec) {
@@ -27,7 +27,16 @@ archive_ptr fetch(file_header& header, ZipCodec& codec) {
     if (cached == nullptr) NUO_RAISE(archive_runtime_error, "failed to create cached file.");
     // A cache that served another object may hold a file of this name.
     cached->query_writer()->truncate(0);
-    if (header.hasSourceData()) readSourceData(header, codec, *cached->query_writer());
+    const std::uint64_t allowance = codec.allowance();
+    try {
+        if (header.hasSourceData()) readSourceData(header, codec, *cached->query_writer());
+    } catch (...) {
+        // Nothing of it is kept, so nothing of the allowance is used up.
+        cached.reset();
+        header.cache->remove(header.name);
+        codec.setAllowance(allowance);
+        throw;
+    }
     cached->query_random()->seek(0);
     header.fetched = true;
     return cached;
