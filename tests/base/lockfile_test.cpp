@@ -24,7 +24,7 @@ int __real_flock(int file, int operation);
 
 int __wrap_flock(int file, int operation) {
     if (has_locks) return __real_flock(file, operation);
-    errno = ENOLCK;
+    errno = EOPNOTSUPP;
     return -1;
 }
 
@@ -169,7 +169,7 @@ TEST_F(LockFileTest, AFileSystemWithoutLocksRefusesAndKeepsNoFile) {
     has_locks = false;
     LockFile lock;
     EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kNoFile);
-    EXPECT_EQ(errno, ENOLCK);
+    EXPECT_EQ(errno, EOPNOTSUPP);
     has_locks = true;
     EXPECT_FALSE(Exists());
     EXPECT_EQ(lock.Take(path_.c_str()), LockResult::kTaken);

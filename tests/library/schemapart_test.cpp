@@ -269,6 +269,31 @@ TEST(SchemaPart, ThePartOfASchemaThatWaitsForItsBaseIsNotOverwritten) {
     EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), waiting);
 }
 
+TEST(SchemaPart, MoreThanALibraryCouldBeOpenedWithIsNotTaken) {
+    TestHost host;
+    std::string common = kCommonSchemaXml;
+    std::string more;
+    for (int i = 0; i < 16000; ++i)
+        more += "<URL id=\"u" + std::to_string(i) + "\"/>";
+    common.insert(common.rfind("</AssetSchema>"), more);
+    KRVTSchemaDefinition* const base = LoadGlobal(host, "CommonSchema", common.c_str());
+    ASSERT_NE(base, nullptr);
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
+        for (int i = 0; i <= 16; ++i) {
+            const std::string id = "S" + std::to_string(i);
+            KRVTSchemaDefinition* const schema = host.global->CreateSchema(id.c_str(), "", base);
+            ASSERT_NE(schema, nullptr);
+            EXPECT_EQ(library->EnsureSchema(*schema) != nullptr, i < 16) << i;
+        }
+        bytes = library.SavedBytes();
+    }
+    TestHost other;
+    TestLibrary again(other, bytes, false);
+    EXPECT_EQ(again->Schemas().GetSchemaCount(), 17U);
+}
+
 TEST(SchemaPart, ASchemaWhoseIdIsNoNameStaysInThePartThatItCameFrom) {
     TestHost host;
     nuo::buffer<nuo::byte> bytes;

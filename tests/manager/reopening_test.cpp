@@ -133,6 +133,9 @@ TEST_F(Reopening, FilesThatWaitForASaveAreThereBothWays) {
     ASSERT_NE(library = Reading(library), nullptr);
     std::shared_ptr<core::IDataReadStream> stream;
     EXPECT_TRUE(library->OpenResource(stream, name));
+    core::UTF8String again;
+    EXPECT_TRUE(library->AddResource(again, core::UTF8String(""), file, false));
+    EXPECT_TRUE(again == uri);
     ASSERT_NE(library = Writing(library), nullptr);
     EXPECT_TRUE(Manager().SaveLibrary(library));
     EXPECT_TRUE(Unload(library));

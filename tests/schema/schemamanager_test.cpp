@@ -210,16 +210,28 @@ TEST_F(SchemaManagerTest, ASchemaThatTheSetHasNoRoomToInheritForIsRefused) {
     EXPECT_NE(Load(library, last), nullptr);
 }
 
-TEST_F(SchemaManagerTest, NeitherIsOneMadeNorAddedThatTheSetHasNoRoomToInheritFor) {
+TEST_F(SchemaManagerTest, NeitherIsOneMadeNorReservedThatTheSetHasNoRoomToInheritFor) {
+    KRVTSchemaDefinition* const common = Load(library, LargeCommonXml());
+    ASSERT_NE(common, nullptr);
+    for (int i = 0; i < 15; ++i)
+        ASSERT_NE(library.CreateSchema(Text(("S" + std::to_string(i)).c_str()), "", nullptr),
+                  nullptr);
+    EXPECT_TRUE(library.ReserveBelow(*common));
+    EXPECT_FALSE(library.ReserveBelow(*common));
+    EXPECT_EQ(library.CreateSchema("S16", "", nullptr), nullptr);
+    EXPECT_EQ(library.GetSchemaCount(), 16u);
+}
+
+// A process may open any number of libraries one after the other.
+TEST_F(SchemaManagerTest, TheSharedSetHasRoomForWhatAllLibrariesBring) {
     ASSERT_NE(LoadGlobal(LargeCommonXml()), nullptr);
-    KRVTSchemaDefinition* stranger = Load(library, DerivedXml("Stranger", "CommonSchema", ""));
-    ASSERT_NE(stranger, nullptr);
-    for (int i = 0; i < 16; ++i)
+    for (int i = 0; i < 17; ++i)
         ASSERT_NE(global.CreateSchema(Text(("S" + std::to_string(i)).c_str()), "", nullptr),
                   nullptr);
-    EXPECT_EQ(global.CreateSchema("S16", "", nullptr), nullptr);
-    EXPECT_FALSE(global.AddSchema(stranger));
-    EXPECT_EQ(global.GetSchemaCount(), 17u);
+    KRVTSchemaDefinition* stranger = Load(library, DerivedXml("Stranger", "CommonSchema", ""));
+    ASSERT_NE(stranger, nullptr);
+    EXPECT_TRUE(global.AddSchema(stranger));
+    EXPECT_EQ(global.GetSchemaCount(), 19u);
 }
 
 // Merges ask the library of their source for its version, once each.

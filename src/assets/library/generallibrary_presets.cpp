@@ -158,6 +158,7 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
     const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
     copy->SetBase(base);
     if (!CouldBeSaved(*copy)) return nullptr;
+    if (base != nullptr && !schemas_->ReserveBelow(*base)) return nullptr;
     copy->SetLibrary(this);
     copy->SetSet(&host_.Schemas());
     const nuo::string id = schema.Id();

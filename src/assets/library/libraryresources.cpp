@@ -89,7 +89,9 @@ nuo::string LibraryResources::Add(nuo::string_ref source, nuo::string_ref type,
                                   nuo::string_ref folder) {
     if (type.empty()) {
         const auto known = paths_.find(source);
-        if (known != paths_.end() && PartExists(known->second)) return known->second;
+        if (known != paths_.end() &&
+            (PartExists(known->second) || taken_out_.count(known->second) != 0))
+            return known->second;
     }
     Source opened = OpenSource(source);
     if (!opened.archive) return {};

@@ -166,7 +166,15 @@ KRVTSchemaDefinition* SchemaManager::MakeUnder(const nuo::string& id, const nuo:
 }
 
 bool SchemaManager::HasRoomBelow(const KRVTSchemaDefinition& base) const {
-    return inherited_ + PropertyCount(base) <= kMaxInheritedProperties;
+    // The shared set grows with each library that a process opens, and each of these is bounded.
+    return scope_ == SchemaScope::kGlobal ||
+           inherited_ + PropertyCount(base) <= kMaxInheritedProperties;
+}
+
+bool SchemaManager::ReserveBelow(const KRVTSchemaDefinition& base) {
+    if (!HasRoomBelow(base)) return false;
+    inherited_ += PropertyCount(base);
+    return true;
 }
 
 void SchemaManager::Inherit(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {

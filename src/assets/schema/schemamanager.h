@@ -29,10 +29,11 @@ enum class SchemaScope {
 };
 
 /**
- * How many properties all schemas of one set may inherit together. Each schema holds a copy of all
- * properties of its base, so that some thousand files of a hundred bytes below one large base would
- * fill the memory. Chosen: a set of five hundred schemas that inherit a hundred properties each
- * stays below a fifth of it, and at the bound the copies take less than a hundred megabytes.
+ * How many properties all schemas of one library or batch may inherit together. Each schema holds a
+ * copy of all properties of its base, so that some thousand files of a hundred bytes below one
+ * large base would fill the memory. Chosen: a set of five hundred schemas that inherit a hundred
+ * properties each stays below a fifth of it, and at the bound the copies take less than a hundred
+ * megabytes.
  */
 inline constexpr std::uint64_t kMaxInheritedProperties = 1u << 18;
 
@@ -114,6 +115,9 @@ public:
     using Added = std::map<const KRVTSchemaDefinition*, bool>;
     /** The same for one of many: none is added twice, however many have it for a base. */
     bool AddSchema(KRVTSchemaDefinition* schema, Added& met);
+
+    /** Counts one more schema below `base`, made elsewhere; false when there is no room for it. */
+    bool ReserveBelow(const KRVTSchemaDefinition& base);
 
     /** Destroys all schemas, pending ones too. */
     void Clear();

@@ -47,8 +47,9 @@ LockResult LockFile::Take(nuo::string_ref path) {
         if (handle < 0) return errno == EWOULDBLOCK ? LockResult::kHeld : LockResult::kNoFile;
         const int refused = ::flock(handle, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
         if (refused != 0 && refused != EWOULDBLOCK) {
-            // A file system without locks: nobody holds one, and the file is of no use.
-            ::unlink(name.data());
+            // Without locks on the file system nobody holds one, and the file is of no use. After
+            // any other failure it may be somebody's.
+            if (refused == EOPNOTSUPP || refused == ENOSYS) ::unlink(name.data());
             ::close(handle);
             errno = refused;
             return LockResult::kNoFile;
