@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "assets/property/property.h"
 #include "tests/support/managertest.h"
 
 namespace halvern_tests {
@@ -228,6 +229,23 @@ TEST_F(Schemas, InstancesGainThePropertiesThatTheirSchemaGains) {
     EXPECT_EQ(other->FindProperty(L"added"), nullptr);
     instance->Release();
     other->Release();
+}
+
+TEST_F(Schemas, ADerivedSchemaGainsACopyOfItsOwnUnlessThePropertyIsReadOnly) {
+    Load("GenericSchema");
+    assets::IAssetSchema* const schema = Make("Made", "texture");
+    assets::IAssetSchema* const derived = Make("Derived", "texture", schema);
+    ASSERT_NE(derived, nullptr);
+    using namespace assets::PropertyFlags;
+    ASSERT_NE(schema->AddIntegerProperty(L"added", kPublic, L"Added", 7, nullptr), nullptr);
+    ASSERT_NE(schema->AddIntegerProperty(L"fixed", kReadOnly, L"", 8, nullptr), nullptr);
+    assets::IProperty* const gained = derived->FindProperty(L"added");
+    ASSERT_NE(gained, nullptr);
+    EXPECT_EQ(dynamic_cast<assets::IIntegerValue*>(gained->GetValue())->GetValue(), 7);
+    EXPECT_EQ(derived->FindProperty(L"fixed"), nullptr);
+    const auto* const own = dynamic_cast<assets::PropertyBase*>(gained);
+    const auto* const base = dynamic_cast<assets::PropertyBase*>(schema->FindProperty(L"added"));
+    EXPECT_NE(&own->Descriptor(), &base->Descriptor());
 }
 
 TEST_F(Schemas, AnInstanceThatIsObservedTellsOfAPropertyThatItGained) {

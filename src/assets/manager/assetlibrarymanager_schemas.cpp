@@ -22,10 +22,14 @@ KRVTSchemaDefinition* AssetLibraryManager::FindGlobalSchema(nuo::string_ref id) 
 
 void AssetLibraryManager::PropertyAdded(KRVTSchemaDefinition& schema,
                                         const PropertyBase& property) {
+    // Assets share the read-only group of their schema, and with it what this gains.
+    if (PropertyTableImp::GroupOf(property.GetFlags()) == PropertyTableImp::kReadOnlyGroup) return;
     const IAssetSchema* const base = &schema;
     const auto gain = [&](PropertyTableImp& table) {
         if (table.Base() != base || table.FindProperty(property.Name()) != nullptr) return;
-        PropertyBase& added = AddSharingCopy(table, property);
+        // A schema has flags of its own for what it inherits.
+        const bool derives = table.Kind() == TableKind::kSchema;
+        PropertyBase& added = derives ? AddCopy(table, property) : AddSharingCopy(table, property);
         if (auto* instance = dynamic_cast<AssetInstance*>(&table)) instance->Watch(added);
     };
     for (const velmor::Namespace from : {global_.own, user_}) {

@@ -34,8 +34,9 @@ public:
     /// A public property with an empty label takes its id as label. Bounds and choice lists are
     /// kept by the schema once the property is made. Where this is a schema of the manager, the
     /// instances that `CreateInstanceFromSchema` has made from it already, their clones and their
-    /// definitions gain the property. What such a definition's own `CreateInstance` has made, and
-    /// what belongs to libraries, does not.
+    /// definitions gain the property, and so do the schemas whose base it is, unless the property
+    /// is read-only. What such a definition's own `CreateInstance` has made, what derives from
+    /// those schemas, and what belongs to libraries, does not.
     virtual IStringValue* AddStringProperty(const wchar_t* id, std::uint32_t flags,
                                             const wchar_t* label, const wchar_t* value) = 0;
     virtual IDateTimeValue* AddDateTimeProperty(const wchar_t* id, std::uint32_t flags,
