@@ -210,6 +210,20 @@ TEST_F(SchemaManagerTest, ASchemaThatTheSetHasNoRoomToInheritForIsRefused) {
     EXPECT_NE(Load(library, last), nullptr);
 }
 
+TEST_F(SchemaManagerTest, OneThatWaitedAndFindsNoRoomStaysPendingAndItsBaseIsTaken) {
+    for (int i = 0; i < 17; ++i)
+        ASSERT_NE(Load(library, DerivedXml("S" + std::to_string(i), "CommonSchema", "")), nullptr);
+    const KRVTSchemaDefinition* const common = Load(library, LargeCommonXml());
+    ASSERT_NE(common, nullptr);
+    EXPECT_EQ(common, library.FindOwn("CommonSchema"));
+    EXPECT_EQ(library.GetSchemaCount(), 17u);
+    EXPECT_FALSE(library.IsPending("S15"));
+    EXPECT_TRUE(library.IsPending("S16"));
+    EXPECT_EQ(halvern_tests::Raised<schema_too_large>([&] { library.RetryPending(); }),
+              "The schemas inherit too much.");
+    EXPECT_TRUE(library.IsPending("S16"));
+}
+
 TEST_F(SchemaManagerTest, NeitherIsOneMadeNorReservedThatTheSetHasNoRoomToInheritFor) {
     KRVTSchemaDefinition* const common = Load(library, LargeCommonXml());
     ASSERT_NE(common, nullptr);

@@ -177,6 +177,7 @@ void GeneralLibrary::LoadSchemas() {
         if (name == common) LoadSchemaPart(name);
     for (const nuo::string& name : names)
         if (!(name == common)) LoadSchemaPart(name);
+    schemas_->RetryPending();
     const std::vector<KRVTSchemaDefinition*> schemas = OwnSchemas();
     for (const KRVTSchemaDefinition* schema : schemas)
         layouts_.insert_or_assign(schema->Id(), RecordLayout(*schema));

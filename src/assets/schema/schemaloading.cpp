@@ -94,6 +94,10 @@ nuo::string FileOf(const nuo::string& folder, const nuo::string& id) {
     return AppendPath(folder, nuo::string(id, ".xml"));
 }
 
+[[noreturn]] void RaiseNoRoom() {
+    NUO_RAISE(schema_too_large, "The schemas inherit too much.");
+}
+
 }  // namespace
 
 KRVTSchemaDefinition* SchemaManager::LoadSchema(core::IDataReader* source) {
@@ -157,15 +161,13 @@ void SchemaManager::ExpectFiles(std::vector<nuo::string> ids) {
 }
 
 void SchemaManager::RetryPending() {
-    for (auto at = waiting_.begin(); at != waiting_.end();) {
-        const nuo::string base = at->first;
-        if (FindBase(base) != nullptr) {
-            FinishWaiting(base);
-            at = waiting_.begin();
-        } else {
-            at = waiting_.upper_bound(base);
-        }
-    }
+    std::set<nuo::string, nuo::string_less> bases;
+    for (const auto& [base, schema] : waiting_)
+        bases.insert(base);
+    for (const nuo::string& base : bases)
+        FinishWaiting(base);
+    for (const auto& [base, schema] : waiting_)
+        if (FindBase(base) != nullptr) RaiseNoRoom();
 }
 
 SchemaManager::SchemaPtr SchemaManager::Parse(nuo::archive::iarchive& source) const {
@@ -215,7 +217,7 @@ void SchemaManager::Wait(const SchemaPtr& schema, const nuo::string& base) {
 }
 
 void SchemaManager::Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base) {
-    if (!HasRoomBelow(base)) NUO_RAISE(schema_too_large, "The schemas inherit too much.");
+    if (!HasRoomBelow(base)) RaiseNoRoom();
     Inherit(schema, base);
     Enter(schema);
 }
@@ -224,15 +226,23 @@ void SchemaManager::Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& b
 void SchemaManager::FinishWaiting(const nuo::string& base) {
     std::vector<nuo::string> arrived(1, base);
     while (!arrived.empty()) {
-        const nuo::string id = arrived.back();
+        KRVTSchemaDefinition* const found = FindBase(arrived.back());
         arrived.pop_back();
-        KRVTSchemaDefinition* found = FindBase(id);
-        if (found == nullptr) continue;
-        // One that finds no room stays among those that wait.
-        for (auto at = waiting_.lower_bound(id); at != waiting_.end() && at->first == id;
-             at = waiting_.erase(at)) {
-            if (FinishPending(*at->second, *found)) arrived.push_back(at->second->Id());
+        if (found != nullptr) FinishBelow(*found, arrived);
+    }
+}
+
+/** Adds the ids of those that were finished. One that finds no room stays among those that wait. */
+void SchemaManager::FinishBelow(KRVTSchemaDefinition& base, std::vector<nuo::string>& arrived) {
+    const nuo::string id = base.Id();
+    for (auto at = waiting_.lower_bound(id); at != waiting_.end() && at->first == id;) {
+        KRVTSchemaDefinition& schema = *at->second;
+        if (FindOwn(schema.Id()) == nullptr && !HasRoomBelow(base)) {
+            ++at;
+            continue;
         }
+        if (FinishPending(schema, base)) arrived.push_back(schema.Id());
+        at = waiting_.erase(at);
     }
 }
 
@@ -248,10 +258,6 @@ bool SchemaManager::FinishPending(KRVTSchemaDefinition& schema, KRVTSchemaDefini
     }
     pending_.erase(held);
     return first;
-}
-
-void SchemaManager::Arrived(const nuo::string& id) {
-    Guarded([&] { FinishWaiting(id); });
 }
 
 }  // namespace korvanet::platform::assets

@@ -99,7 +99,7 @@ KRVTSchemaDefinition* SchemaManager::CreateSchema(const nuo::string& id,
     }
     if (ownBase == nullptr && (base != nullptr || !isRoot)) return nullptr;
     KRVTSchemaDefinition* made = MakeUnder(id, assetType, ownBase);
-    if (made != nullptr) Arrived(id);
+    if (made != nullptr) FinishWaiting(id);
     return made;
 }
 
@@ -213,7 +213,7 @@ bool SchemaManager::AddNew(KRVTSchemaDefinition& schema) {
     }
     twin->SetRegistered(false);
     schema.SetInconsistent(false);
-    Arrived(schema.Id());
+    FinishWaiting(schema.Id());
     return true;
 }
 

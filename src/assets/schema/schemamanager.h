@@ -64,7 +64,8 @@ public:
      * malformed, has no id or no base, or is a root schema that the global set refuses. An id that
      * is loaded already gives the schema loaded first and the warning "Try to load a loaded
      * schema.". The result may still be pending. Raises `schema_too_large` when the set would
-     * inherit more than kMaxInheritedProperties.
+     * inherit more than kMaxInheritedProperties with this schema. One that waited for it and finds
+     * no such room stays pending.
      */
     KRVTSchemaDefinition* LoadSchema(core::IDataReader* source);
     KRVTSchemaDefinition* LoadSchema(nuo::archive::iarchive& source);
@@ -84,7 +85,10 @@ public:
     /** Ids of the files that are going to be loaded; see SchemaScope::kLibrary. */
     void ExpectFiles(std::vector<nuo::string> ids);
 
-    /** Finishes the pending schemas whose bases can be found by now. */
+    /**
+     * Finishes the pending schemas whose bases can be found by now. Raises `schema_too_large`, when
+     * all others are finished, if one of them finds no room.
+     */
     void RetryPending();
     bool HasPending() const { return !pending_.empty(); }
     bool IsPending(nuo::string_ref id) const;
@@ -134,9 +138,8 @@ private:
     void Inherit(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void Finish(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
     void FinishWaiting(const nuo::string& base);
+    void FinishBelow(KRVTSchemaDefinition& base, std::vector<nuo::string>& arrived);
     bool FinishPending(KRVTSchemaDefinition& schema, KRVTSchemaDefinition& base);
-    /** Finishes those that wait for a schema which came by a call and not by a file. */
-    void Arrived(const nuo::string& id);
     void Enter(KRVTSchemaDefinition& schema);
     KRVTSchemaDefinition* MakeUnder(const nuo::string& id, const nuo::string& assetType,
                                     KRVTSchemaDefinition* base);
