@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "assets/library/tabletext.h"
+#include "assets/schema/schemaxmlreader.h"
 #include "assets/schema/schemaxmlwriter.h"
 #include "support.h"
 
@@ -250,23 +251,79 @@ TEST(SchemaPart, PartsUnderEachOthersNamesAreBothThereAfterASave) {
     EXPECT_NE(again->LoadDefinition("Blue"), nullptr);
 }
 
+constexpr const char* kWaitingXml =
+    R"(<AssetSchema><UID val="Waiting"/><Base val="Nowhere"/></AssetSchema>)";
+
+// A library in which the part of PaintSchema holds another schema, which waits for its base, and
+// PaintSchema lies in `other`, if that is told.
+nuo::buffer<nuo::byte> LibraryWithAWaitingSchema(TestHost& host,
+                                                 const std::vector<std::string>& other) {
+    auto library = MakePaintLibrary(host);
+    library->SavedBytes();
+    MoveSchema(*library, "PaintSchema.xml", other);
+    library->Write("LIB/Schemas/PaintSchema.xml", kWaitingXml);
+    library->package->sync();
+    library->zip->commit();
+    return library->archive.get_buffer();
+}
+
 TEST(SchemaPart, ThePartOfASchemaThatWaitsForItsBaseIsNotOverwritten) {
     TestHost host;
+    TestLibrary library(host, LibraryWithAWaitingSchema(host, {"A.xml"}), true);
+    EXPECT_FALSE(library->Save());
+    EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), kWaitingXml);
+}
+
+TEST(SchemaPart, ASchemaWhosePartHoldsOneThatWaitsForItsBaseIsNotTaken) {
+    TestHost host;
+    TestLibrary library(host, LibraryWithAWaitingSchema(host, {}), true);
+    EXPECT_EQ(library->EnsureSchema(*host.global->FindOwn("PaintSchema")), nullptr);
+    EXPECT_TRUE(library->Save());
+    EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), kWaitingXml);
+}
+
+TEST(SchemaPart, ALibraryWhoseSchemasInheritTooMuchInAnyOrderDoesNotOpen) {
+    TestHost host;
     nuo::buffer<nuo::byte> bytes;
-    const std::string waiting =
-        R"(<AssetSchema><UID val="Waiting"/><Base val="Nowhere"/></AssetSchema>)";
     {
         auto library = MakePaintLibrary(host);
         library->SavedBytes();
-        MoveSchema(*library, "PaintSchema.xml", {"A.xml"});
-        library->Write("LIB/Schemas/PaintSchema.xml", waiting);
+        std::string large =
+            R"(<AssetSchema><UID val="Z"/><Base val="CommonSchema"/><type val="t"/>)";
+        for (int i = 0; i < 16000; ++i)
+            large += "<URL id=\"u" + std::to_string(i) + "\"/>";
+        library->Write("LIB/Schemas/Z.xml", large + "</AssetSchema>");
+        for (int i = 0; i < 17; ++i) {
+            const std::string id = "A" + std::to_string(i);
+            library->Write("LIB/Schemas/" + id + ".xml",
+                           "<AssetSchema><UID val=\"" + id + "\"/><Base val=\"Z\"/></AssetSchema>");
+        }
         library->package->sync();
         library->zip->commit();
         bytes = library->archive.get_buffer();
     }
-    TestLibrary library(host, bytes, true);
-    EXPECT_FALSE(library->Save());
-    EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), waiting);
+    EXPECT_THROW(TestLibrary(host, bytes, false), schema_too_large);
+}
+
+TEST(SchemaPart, ASaveThatCannotTellOneSchemaMergesNoNewerFormOfAnother) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition* const second = (*library)->EnsureSchema(
+        *host.global->CreateSchema("SecondSchema", "light", host.global->FindOwn("CommonSchema")));
+    ASSERT_NE(second, nullptr);
+    ASSERT_NE(second->AddStringProperty(L"s", PropertyFlags::kPublic, L"", L"\x01"), nullptr);
+    KRVTSchemaDefinition& own = *(*library)->Schemas().FindOwn("PaintSchema");
+    KRVTSchemaDefinition& shared = *host.global->FindOwn("PaintSchema");
+    ASSERT_NE(shared.AddIntegerProperty(L"a_new", PropertyFlags::kPublic, L"", 1, nullptr),
+              nullptr);
+    ASSERT_TRUE(SetNumber(shared, "SchemaVersion", 9));
+    EXPECT_FALSE((*library)->Save());
+    EXPECT_EQ(own.FindProperty(nuo::string_ref("a_new")), nullptr);
+    EXPECT_NE(own.Version(), 9);
+    ASSERT_TRUE(SetText(*second, "s", "told"));
+    EXPECT_TRUE((*library)->Save());
+    EXPECT_NE(own.FindProperty(nuo::string_ref("a_new")), nullptr);
+    EXPECT_EQ(own.Version(), 9);
 }
 
 TEST(SchemaPart, MoreThanALibraryCouldBeOpenedWithIsNotTaken) {

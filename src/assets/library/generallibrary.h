@@ -225,15 +225,6 @@ private:
     HalvernAsset* LoadConnected(nuo::string_ref name);
 
     // generallibrary_save.cpp
-    // A schema on its way into its part.
-    struct SchemaText {
-        nuo::string id;
-        nuo::string leaf;
-        nuo::string text;
-    };
-    using SchemaTexts = std::vector<SchemaText>;
-    bool MergeSchemas();
-    bool MergeGlobal(KRVTSchemaDefinition& schema);
     void MarkOldForms();
     void BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefinition& schema);
     void CheckConnectionDepth();
@@ -241,25 +232,40 @@ private:
     void FreeBlocks(HalvernAsset& record);
     void SeparateRecords();
     void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
-    bool TellSchemas(SchemaTexts& texts) const;
-    void WriteSchemas(const SchemaTexts& texts);
-    nuo::string SchemaLeaf(const nuo::string& id) const;
-    std::set<nuo::string, nuo::string_less> LeavesOfWaitingSchemas() const;
-    void RemoveOtherParts(const SchemaTexts& written);
     bool WriteContents();
     bool WriteVersionTable();
     bool SaveLegacy();
+    void WritePart(nuo::string_ref path, nuo::string_ref text);
     nuo::archive::archive_ptr OpenForRewrite(nuo::string_ref path);
 
     // generallibrary_presets.cpp
-    bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
-    KRVTSchemaDefinition* EnsureBelow(KRVTSchemaDefinition* base, KRVTSchemaDefinition& schema);
     void ImportFiles(PropertyTableImp& first);
     AssetDefinition* StorePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                  const std::vector<PresetValue>& values,
                                  std::vector<nuo::string>& fresh);
     void DropRecords(const std::vector<nuo::string>& names);
     void RewriteUris(PropertyTableImp& table);
+
+    // generallibrary_schemas.cpp
+    // A schema on its way into its part.
+    struct SchemaText {
+        nuo::string id;
+        nuo::string leaf;
+        nuo::string text;
+    };
+    using SchemaTexts = std::vector<SchemaText>;
+    bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
+    KRVTSchemaDefinition* EnsureBelow(KRVTSchemaDefinition* base, KRVTSchemaDefinition& schema);
+    bool BringSchemasUpToDate(SchemaTexts& texts);
+    bool MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) const;
+    bool MergeGlobal(KRVTSchemaDefinition& schema) const;
+    bool TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas, SchemaTexts& texts) const;
+    // By its name, the id of the schema that a part belongs to.
+    using KeptParts = std::map<nuo::string, nuo::string, nuo::string_less>;
+    KeptParts PartsThatStay() const;
+    void WriteSchemas(const SchemaTexts& texts);
+    nuo::string SchemaLeaf(const nuo::string& id) const;
+    void RemoveOtherParts(const SchemaTexts& written);
 
     // generallibrary_upgrade.cpp
     void MoveLegacyRecords();

@@ -4,14 +4,11 @@
 #include "assets/asset/assetmeta.h"
 #include "assets/library/assetcopier.h"
 #include "assets/library/generallibrary.h"
-#include "assets/library/schemapart.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/report.h"
 #include "assets/schema/schemadefinition.h"
-#include "assets/schema/schemainheritance.h"
 #include "assets/schema/schemamanager.h"
-#include "assets/schema/schemaxmlwriter.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -125,48 +122,6 @@ bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {
     Detach(definition);
     ++generation_;
     return true;
-}
-
-// As a save makes it, which takes in what the base has here.
-bool GeneralLibrary::CouldBeSaved(const KRVTSchemaDefinition& schema) const {
-    const intrusive_ptr<KRVTSchemaDefinition> saved = CopySchema(schema);
-    if (const KRVTSchemaDefinition* base = schema.BaseDefinition()) InheritFrom(*saved, *base);
-    const nuo::string text = WriteSchemaXml(*saved);
-    return IsReadableSchema(text) && KeepsItsShape(*schemas_, *saved, text);
-}
-
-// A chain of bases may be far longer than calls can be nested.
-KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema) {
-    std::vector<KRVTSchemaDefinition*> strangers;
-    KRVTSchemaDefinition* own = &schema;
-    for (; own != nullptr && !schemas_->IsOwn(*own); own = own->BaseDefinition())
-        strangers.push_back(own);
-    for (; !strangers.empty(); strangers.pop_back()) {
-        own = EnsureBelow(own, *strangers.back());
-        if (own == nullptr) return nullptr;
-    }
-    return own;
-}
-
-KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
-                                                  KRVTSchemaDefinition& schema) {
-    if (KRVTSchemaDefinition* const own = schemas_->FindOwn(schema.Id())) return own;
-    // A schema that waits for its base has none of its properties yet.
-    if (base == nullptr && !schema.BaseId().empty()) return nullptr;
-    // Nor is one taken that the library could not be saved with.
-    if (!CanNameSchemaPart(schema.Id())) return nullptr;
-    const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
-    copy->SetBase(base);
-    if (!CouldBeSaved(*copy)) return nullptr;
-    if (base != nullptr && !schemas_->ReserveBelow(*base)) return nullptr;
-    copy->SetLibrary(this);
-    copy->SetSet(&host_.Schemas());
-    const nuo::string id = schema.Id();
-    copy->Enter(namespaces_.schema, id);
-    copy->SetPinned(true);
-    // Records may have been read by it before it was the library's own.
-    layouts_.emplace(id, RecordLayout(*copy));
-    return copy.get();
 }
 
 void GeneralLibrary::RebuildSharedAssets() {

@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <iterator>
-#include <map>
 #include <set>
 
 #include "assets/asset/assetmeta.h"
@@ -9,7 +7,6 @@
 #include "assets/library/ilegacycontent.h"
 #include "assets/library/libraryconnectioncodec.h"
 #include "assets/library/libraryparts.h"
-#include "assets/library/schemapart.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tableofcontents.h"
 #include "assets/library/tabletext.h"
@@ -17,8 +14,6 @@
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemainheritance.h"
 #include "assets/schema/schemamanager.h"
-#include "assets/schema/schemamerge.h"
-#include "assets/schema/schemaxmlwriter.h"
 #include "nuo/common/archive/primitives.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/string_algo/number.h"
@@ -40,32 +35,6 @@ std::uint32_t StoreRecord(DataStore& store, const nuo::buffer<nuo::byte>& bytes)
     DataRecord record = store.Allocate(static_cast<std::uint32_t>(bytes.size()));
     record.Write({bytes.begin(), bytes.end()});
     return record.Id();
-}
-
-using Depths = std::map<const KRVTSchemaDefinition*, int>;
-
-// Notes how many bases a schema has, and how many each of these.
-void NoteDepth(const KRVTSchemaDefinition* schema, Depths& depths) {
-    std::vector<const KRVTSchemaDefinition*> chain;
-    for (; schema != nullptr && !depths.contains(schema); schema = schema->BaseDefinition())
-        chain.push_back(schema);
-    int depth = schema != nullptr ? depths[schema] + 1 : 0;
-    for (; !chain.empty(); chain.pop_back())
-        depths[chain.back()] = depth++;
-}
-
-// Bases before those that derive from them.
-void SortByDepth(std::vector<KRVTSchemaDefinition*>& schemas) {
-    Depths depths;
-    for (const KRVTSchemaDefinition* schema : schemas)
-        NoteDepth(schema, depths);
-    std::stable_sort(schemas.begin(), schemas.end(), [&depths](const auto* a, const auto* b) {
-        return depths.find(a)->second < depths.find(b)->second;
-    });
-}
-
-void WriteText(nuo::archive::iarchive& part, nuo::string_ref text) {
-    nuo::archive::write_all(*part.query_writer(), {text.data(), text.size()});
 }
 
 }  // namespace
@@ -90,7 +59,7 @@ bool GeneralLibrary::Save() {
     ForEachRecord([this](HalvernAsset& record) { LoadRecord(record); });
     CheckConnectionDepth();
     SchemaTexts schema_texts;
-    if (!MergeSchemas() || !TellSchemas(schema_texts)) return false;
+    if (!BringSchemasUpToDate(schema_texts)) return false;
     MarkOldForms();
     SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {
@@ -107,27 +76,6 @@ bool GeneralLibrary::Save() {
             nuo::any(option_value{"uint32", nuo::to_text(std::uint64_t{embed_option_})}));
     read_only_ = IsReadOnlyOption();
     return true;
-}
-
-// Brings newer schemas of the shared set in, and each schema that derives from a changed one along
-// with it, as a reader of the saved files would make them.
-bool GeneralLibrary::MergeSchemas() {
-    std::vector<KRVTSchemaDefinition*> schemas = OwnSchemas();
-    SortByDepth(schemas);
-    for (KRVTSchemaDefinition* schema : schemas) {
-        if (!MergeGlobal(*schema)) return false;
-        if (const KRVTSchemaDefinition* base = schema->BaseDefinition())
-            InheritFrom(*schema, *base);
-    }
-    return true;
-}
-
-bool GeneralLibrary::MergeGlobal(KRVTSchemaDefinition& schema) {
-    KRVTSchemaDefinition* const global = host_.Schemas().FindGlobalSchema(schema.Id());
-    if (global == nullptr || schema.BaseDefinition() == nullptr || schema.IsInconsistent())
-        return true;
-    if (global->Version() <= schema.Version() || !MergesClean(*global, schema)) return true;
-    return MergeInto(*global, &schema, VersionPolicy::kWithChange).merged;
 }
 
 // Records whose form is not that of the present schemas and versions are written anew.
@@ -237,64 +185,7 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     record.state = 0;
 }
 
-// False, before any record is stored by a layout that no reader would find, when a schema can't be
-// told, or when its part would be written over another's: what a schema was read from may have the
-// name that follows from the id of another one.
-bool GeneralLibrary::TellSchemas(SchemaTexts& texts) const {
-    std::set<nuo::string, nuo::string_less> taken = LeavesOfWaitingSchemas();
-    for (const KRVTSchemaDefinition* schema : OwnSchemas()) {
-        SchemaText told{schema->Id(), SchemaLeaf(schema->Id()), WriteSchemaXml(*schema)};
-        if (!taken.insert(told.leaf).second || !IsReadableSchema(told.text) ||
-            !KeepsItsShape(*schemas_, *schema, told.text))
-            return false;
-        texts.push_back(std::move(told));
-    }
-    return true;
-}
-
-// A schema that still waits for its base is in its file alone.
-std::set<nuo::string, nuo::string_less> GeneralLibrary::LeavesOfWaitingSchemas() const {
-    std::set<nuo::string, nuo::string_less> leaves;
-    for (const auto& [id, part] : schema_parts_)
-        if (schemas_->FindOwn(id) == nullptr) leaves.insert(part);
-    return leaves;
-}
-
-void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
-    for (const SchemaText& told : texts)
-        WriteText(*OpenForRewrite(fs::joinPath(Path(kSchemasFolder), told.leaf)), told.text);
-    RemoveOtherParts(texts);
-}
-
-// The part that a schema is written to. One that came under a name which does not follow from its
-// id keeps its part when no part can be named after it.
-nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
-    const auto loaded = schema_parts_.find(id);
-    if (loaded == schema_parts_.end() || CanNameSchemaPart(id))
-        return nuo::string(id, kSchemaExtension);
-    return loaded->second;
-}
-
-// A schema has one part: of several the next reader would take the first, and with it an old form.
-void GeneralLibrary::RemoveOtherParts(const SchemaTexts& written) {
-    std::set<nuo::string, nuo::string_less> leaves;
-    std::set<nuo::string, nuo::string_less> ids;
-    for (const SchemaText& told : written) {
-        leaves.insert(told.leaf);
-        ids.insert(told.id);
-    }
-    for (auto at = schema_parts_.begin(); at != schema_parts_.end();) {
-        const bool own = ids.count(at->first) != 0;
-        if (own && leaves.count(at->second) == 0)
-            package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
-        at = own ? schema_parts_.erase(at) : std::next(at);
-    }
-    for (const SchemaText& told : written)
-        schema_parts_.emplace(told.id, told.leaf);
-}
-
 bool GeneralLibrary::WriteContents() {
-    const auto part = OpenForRewrite(Path(kContentsPart));
     nuo::archive::mem_write_archive bytes;
     ForEachRecord([&](HalvernAsset& record) {
         WriteTocEntry(bytes, {record.identifier, TextOf(*record.table, asset_meta::kAssetType),
@@ -302,13 +193,14 @@ bool GeneralLibrary::WriteContents() {
                               TextOf(*record.table, asset_meta::kBaseSchema)});
     });
     const nuo::buffer<nuo::byte>& buffer = bytes.get_buffer();
+    const auto part = OpenForRewrite(Path(kContentsPart));
     nuo::archive::write_all(*part->query_writer(), {buffer.begin(), buffer.end()});
     return true;
 }
 
 bool GeneralLibrary::WriteVersionTable() {
     if (!version_table_dirty_) return true;
-    WriteText(*OpenForRewrite(Path(kVersionTablePart)), FormatVersionTable(library_version_));
+    WritePart(Path(kVersionTablePart), FormatVersionTable(library_version_));
     version_table_dirty_ = false;
     return true;
 }
@@ -330,6 +222,10 @@ bool GeneralLibrary::SaveLegacy() {
     legacy->WriteObjects(*this, *OpenForRewrite(objects));
     mark(objects, "QMX objects");
     return true;
+}
+
+void GeneralLibrary::WritePart(nuo::string_ref path, nuo::string_ref text) {
+    nuo::archive::write_all(*OpenForRewrite(path)->query_writer(), {text.data(), text.size()});
 }
 
 // A part that is written whole, from its start and without what stood there.

@@ -1,0 +1,207 @@
+// How schemas come into a library, and into its parts.
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+
+#include "assets/library/generallibrary.h"
+#include "assets/library/libraryparts.h"
+#include "assets/library/schemapart.h"
+#include "assets/schema/schemadefinition.h"
+#include "assets/schema/schemainheritance.h"
+#include "assets/schema/schemamanager.h"
+#include "assets/schema/schemamerge.h"
+#include "assets/schema/schemaxmlwriter.h"
+#include "velmor/vfs/vfs_functions.h"
+
+namespace korvanet::platform::assets {
+
+namespace fs = velmor::fs;
+
+namespace {
+
+using Depths = std::map<const KRVTSchemaDefinition*, int>;
+
+// Notes how many bases a schema has, and how many each of these.
+void NoteDepth(const KRVTSchemaDefinition* schema, Depths& depths) {
+    std::vector<const KRVTSchemaDefinition*> chain;
+    for (; schema != nullptr && !depths.contains(schema); schema = schema->BaseDefinition())
+        chain.push_back(schema);
+    int depth = schema != nullptr ? depths[schema] + 1 : 0;
+    for (; !chain.empty(); chain.pop_back())
+        depths[chain.back()] = depth++;
+}
+
+// Bases before those that derive from them.
+void SortByDepth(std::vector<KRVTSchemaDefinition*>& schemas) {
+    Depths depths;
+    for (const KRVTSchemaDefinition* schema : schemas)
+        NoteDepth(schema, depths);
+    std::stable_sort(schemas.begin(), schemas.end(), [&depths](const auto* a, const auto* b) {
+        return depths.find(a)->second < depths.find(b)->second;
+    });
+}
+
+// Whether a part is nobody's, or belongs to the schema of that id.
+bool MayBeWritten(const nuo::string& leaf, const nuo::string& id,
+                  const std::map<nuo::string, nuo::string, nuo::string_less>& kept) {
+    const auto owner = kept.find(leaf);
+    return owner == kept.end() || owner->second == id;
+}
+
+// Copies of the schemas of a library, bases first, that derive from each other as these do.
+class SchemaCopies {
+public:
+    explicit SchemaCopies(const std::vector<KRVTSchemaDefinition*>& schemas) {
+        std::map<const KRVTSchemaDefinition*, KRVTSchemaDefinition*> copy_of;
+        for (const KRVTSchemaDefinition* schema : schemas) {
+            const intrusive_ptr<KRVTSchemaDefinition>& copy =
+                held_.emplace_back(CopySchema(*schema));
+            copy->SetInconsistent(schema->IsInconsistent());
+            const auto base = copy_of.find(schema->BaseDefinition());
+            if (base != copy_of.end()) copy->SetBase(base->second);
+            copy_of.emplace(schema, copy.get());
+            all_.push_back(copy.get());
+        }
+    }
+
+    const std::vector<KRVTSchemaDefinition*>& All() const { return all_; }
+
+private:
+    std::vector<intrusive_ptr<KRVTSchemaDefinition>> held_;
+    std::vector<KRVTSchemaDefinition*> all_;
+};
+
+}  // namespace
+
+// As a save makes it, which takes in what the base has here.
+bool GeneralLibrary::CouldBeSaved(const KRVTSchemaDefinition& schema) const {
+    const intrusive_ptr<KRVTSchemaDefinition> saved = CopySchema(schema);
+    if (const KRVTSchemaDefinition* base = schema.BaseDefinition()) InheritFrom(*saved, *base);
+    const nuo::string text = WriteSchemaXml(*saved);
+    return IsReadableSchema(text) && KeepsItsShape(*schemas_, *saved, text);
+}
+
+// A chain of bases may be far longer than calls can be nested.
+KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema) {
+    std::vector<KRVTSchemaDefinition*> strangers;
+    KRVTSchemaDefinition* own = &schema;
+    for (; own != nullptr && !schemas_->IsOwn(*own); own = own->BaseDefinition())
+        strangers.push_back(own);
+    for (; !strangers.empty(); strangers.pop_back()) {
+        own = EnsureBelow(own, *strangers.back());
+        if (own == nullptr) return nullptr;
+    }
+    return own;
+}
+
+KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
+                                                  KRVTSchemaDefinition& schema) {
+    if (KRVTSchemaDefinition* const own = schemas_->FindOwn(schema.Id())) return own;
+    // A schema that waits for its base has none of its properties yet.
+    if (base == nullptr && !schema.BaseId().empty()) return nullptr;
+    // Nor is one taken that the library could not be saved with.
+    if (!CanNameSchemaPart(schema.Id()) ||
+        !MayBeWritten(SchemaLeaf(schema.Id()), schema.Id(), PartsThatStay()))
+        return nullptr;
+    const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
+    copy->SetBase(base);
+    if (!CouldBeSaved(*copy)) return nullptr;
+    if (base != nullptr && !schemas_->ReserveBelow(*base)) return nullptr;
+    copy->SetLibrary(this);
+    copy->SetSet(&host_.Schemas());
+    const nuo::string id = schema.Id();
+    copy->Enter(namespaces_.schema, id);
+    copy->SetPinned(true);
+    // Records may have been read by it before it was the library's own.
+    layouts_.emplace(id, RecordLayout(*copy));
+    return copy.get();
+}
+
+// False, with nothing changed, when a schema can't be told or its part would be written over
+// another's: no reader would find what is stored by its layout.
+bool GeneralLibrary::BringSchemasUpToDate(SchemaTexts& texts) {
+    std::vector<KRVTSchemaDefinition*> schemas = OwnSchemas();
+    SortByDepth(schemas);
+    const SchemaCopies copies(schemas);
+    return MergeSchemas(copies.All()) && TellSchemas(copies.All(), texts) && MergeSchemas(schemas);
+}
+
+// Brings newer schemas of the shared set in, and each schema that derives from a changed one along
+// with it, as a reader of the saved files would make them. Bases stand before what derives from
+// them.
+bool GeneralLibrary::MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) const {
+    for (KRVTSchemaDefinition* schema : schemas) {
+        if (!MergeGlobal(*schema)) return false;
+        if (const KRVTSchemaDefinition* base = schema->BaseDefinition())
+            InheritFrom(*schema, *base);
+    }
+    return true;
+}
+
+bool GeneralLibrary::MergeGlobal(KRVTSchemaDefinition& schema) const {
+    KRVTSchemaDefinition* const global = host_.Schemas().FindGlobalSchema(schema.Id());
+    if (global == nullptr || schema.BaseDefinition() == nullptr || schema.IsInconsistent())
+        return true;
+    if (global->Version() <= schema.Version() || !MergesClean(*global, schema)) return true;
+    return MergeInto(*global, &schema, VersionPolicy::kWithChange).merged;
+}
+
+bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
+                                 SchemaTexts& texts) const {
+    const KeptParts kept = PartsThatStay();
+    for (const KRVTSchemaDefinition* schema : schemas) {
+        SchemaText told{schema->Id(), SchemaLeaf(schema->Id()), WriteSchemaXml(*schema)};
+        if (!MayBeWritten(told.leaf, told.id, kept) || !IsReadableSchema(told.text) ||
+            !KeepsItsShape(*schemas_, *schema, told.text))
+            return false;
+        texts.push_back(std::move(told));
+    }
+    return true;
+}
+
+// What a schema was read from may have the name that follows from the id of another one. It keeps
+// that part when it still waits for its base, and so is in its file alone, or when no part can be
+// named after it.
+GeneralLibrary::KeptParts GeneralLibrary::PartsThatStay() const {
+    KeptParts kept;
+    for (const auto& [id, part] : schema_parts_)
+        if (schemas_->FindOwn(id) == nullptr || SchemaLeaf(id) == part) kept.emplace(part, id);
+    return kept;
+}
+
+void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
+    for (const SchemaText& told : texts)
+        WritePart(fs::joinPath(Path(kSchemasFolder), told.leaf), told.text);
+    RemoveOtherParts(texts);
+}
+
+// The part that a schema is written to. One that came under a name which does not follow from its
+// id keeps its part when no part can be named after it.
+nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
+    const auto loaded = schema_parts_.find(id);
+    if (loaded == schema_parts_.end() || CanNameSchemaPart(id))
+        return nuo::string(id, kSchemaExtension);
+    return loaded->second;
+}
+
+// A schema has one part: of several the next reader would take the first, and with it an old form.
+void GeneralLibrary::RemoveOtherParts(const SchemaTexts& written) {
+    std::set<nuo::string, nuo::string_less> leaves;
+    std::set<nuo::string, nuo::string_less> ids;
+    for (const SchemaText& told : written) {
+        leaves.insert(told.leaf);
+        ids.insert(told.id);
+    }
+    for (auto at = schema_parts_.begin(); at != schema_parts_.end();) {
+        const bool own = ids.count(at->first) != 0;
+        if (own && leaves.count(at->second) == 0)
+            package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
+        at = own ? schema_parts_.erase(at) : std::next(at);
+    }
+    for (const SchemaText& told : written)
+        schema_parts_.emplace(told.id, told.leaf);
+}
+
+}  // namespace korvanet::platform::assets
