@@ -132,9 +132,7 @@ TEST(Failures, ARecordInTheChainOfFreeBlocksIsNotOverwritten) {
         store.replace(4, 8, std::string(8, '\0'));  // first and last free block: 0
         (*library)->CloseStores();
         library->Write("LIB/AssetData/InstanceProperties.bin", store);
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     {
         TestLibrary library(host, bytes, true);
@@ -221,9 +219,7 @@ TEST(Failures, TheSchemaOfARecordStandsInForATableOfContentsThatDoesNotTellIt) {
         library->Write("LIB/AssetData/StreamVersionTable.inf",
                        "AssetTableOfContents:3.0,\nDefinitionIteratorProperties:3.2,\n"
                        "InstanceProperties:3.1,\nAssetLibVersion:1.0\n");
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     TestHost other;
     TestLibrary again(other, bytes, true);

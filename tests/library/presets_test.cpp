@@ -180,9 +180,7 @@ TEST(Presets, ACopyChangesNothingThatTheSchemaOfItsLibraryHasReadOnly) {
         ASSERT_NE(at, std::string::npos);
         target->Write("TARGET/Schemas/PaintSchema.xml",
                       schema.insert(at + 12, " readonly=\"true\""));
-        target->package->sync();
-        target->zip->commit();
-        bytes = target->archive.get_buffer();
+        bytes = target->CommittedBytes();
     }
     auto source = MakePaintLibrary(host, "SOURCE");
     AssetDefinition& red = AddPaint(*source, "Red");

@@ -296,9 +296,7 @@ TEST(Saving, ADefinitionOfAnUnknownSchemaStopsTheSaveWithItsName) {
         AddPaint(*library, "Red");
         library->SavedBytes();
         library->package->remove("LIB/Schemas/PaintSchema.xml");
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     TestHost other;
     TestLibrary again(other, bytes, true);

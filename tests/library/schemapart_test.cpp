@@ -190,8 +190,6 @@ void MoveSchema(TestLibrary& library, const std::string& from,
     for (const std::string& name : names)
         library.Write("LIB/Schemas/" + name, text);
     library.package->remove(("LIB/Schemas/" + from).c_str());
-    library.package->sync();
-    library.zip->commit();
 }
 
 TEST(SchemaPart, PartsUnderOtherNamesGoWhenTheSchemaIsSavedUnderItsOwn) {
@@ -202,7 +200,7 @@ TEST(SchemaPart, PartsUnderOtherNamesGoWhenTheSchemaIsSavedUnderItsOwn) {
         AddPaint(*library, "Red");
         library->SavedBytes();
         MoveSchema(*library, "PaintSchema.xml", {"A.xml", "B.xml"});
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     {
         TestLibrary library(host, bytes, true);
@@ -231,9 +229,7 @@ TEST(SchemaPart, PartsUnderEachOthersNamesAreBothThereAfterASave) {
         const std::string paint = library->Part("LIB/Schemas/PaintSchema.xml");
         library->Write("LIB/Schemas/CommonSchema.xml", paint);
         library->Write("LIB/Schemas/PaintSchema.xml", common);
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     {
         TestHost other;
@@ -262,9 +258,7 @@ nuo::buffer<nuo::byte> LibraryWithAWaitingSchema(TestHost& host,
     library->SavedBytes();
     MoveSchema(*library, "PaintSchema.xml", other);
     library->Write("LIB/Schemas/PaintSchema.xml", kWaitingXml);
-    library->package->sync();
-    library->zip->commit();
-    return library->archive.get_buffer();
+    return library->CommittedBytes();
 }
 
 TEST(SchemaPart, ThePartOfASchemaThatWaitsForItsBaseIsNotOverwritten) {
@@ -298,9 +292,7 @@ TEST(SchemaPart, ALibraryWhoseSchemasInheritTooMuchInAnyOrderDoesNotOpen) {
             library->Write("LIB/Schemas/" + id + ".xml",
                            "<AssetSchema><UID val=\"" + id + "\"/><Base val=\"Z\"/></AssetSchema>");
         }
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     EXPECT_THROW(TestLibrary(host, bytes, false), schema_too_large);
 }
@@ -359,9 +351,7 @@ TEST(SchemaPart, ASchemaWhoseIdIsNoNameStaysInThePartThatItCameFrom) {
         library->SavedBytes();
         library->Write("LIB/Schemas/odd.xml",
                        R"(<AssetSchema><UID val="a/b"/><Base val="CommonSchema"/></AssetSchema>)");
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     {
         TestLibrary library(host, bytes, true);
@@ -380,9 +370,7 @@ TEST(SchemaPart, ARecordOfASchemaThatOnlyTheSharedSetHasBringsItIntoItsLibrary) 
         AddPaint(*library, "Red");
         library->SavedBytes();
         library->package->remove("LIB/Schemas/PaintSchema.xml");
-        library->package->sync();
-        library->zip->commit();
-        bytes = library->archive.get_buffer();
+        bytes = library->CommittedBytes();
     }
     {
         TestLibrary library(host, bytes, true);

@@ -37,6 +37,10 @@ void TestLibrary::Build() {
 
 nuo::buffer<nuo::byte> TestLibrary::SavedBytes() {
     EXPECT_TRUE(document->Save());
+    return CommittedBytes();
+}
+
+nuo::buffer<nuo::byte> TestLibrary::CommittedBytes() {
     package->sync();
     zip->commit();
     return archive.get_buffer();

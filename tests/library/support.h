@@ -28,6 +28,8 @@ public:
 
     // Saves and gives the bytes of the file.
     nuo::buffer<nuo::byte> SavedBytes();
+    // The same without saving: the parts as they are.
+    nuo::buffer<nuo::byte> CommittedBytes();
     GeneralLibrary* operator->() { return document.get(); }
     GeneralLibrary& operator*() { return *document; }
     // A record's definition, loaded.

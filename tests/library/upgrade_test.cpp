@@ -74,9 +74,7 @@ TEST(Upgrade, AMaterialLibraryIsConvertedAndReadsBackInThePresentLayout) {
         EXPECT_TRUE(library->UpgradeLegacyContent());
         EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kCurrent);
         EXPECT_EQ(fs::recursiveRemove(*library.package, "qmx"), fs::er_ok);
-        library.package->sync();
-        library.zip->commit();
-        bytes = library.archive.get_buffer();
+        bytes = library.CommittedBytes();
     }
     TestLibrary again(host, bytes, false);
     EXPECT_EQ(again->GetLayout(), GeneralLibrary::Layout::kCurrent);
