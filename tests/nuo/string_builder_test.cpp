@@ -75,6 +75,15 @@ TEST(StringBuilder, CopyTakesOneByteMoreThanItsSize) {
     EXPECT_EQ(heap.requests.back(), (CountingHeap::Request{4, 1}));
 }
 
+TEST(StringBuilder, ASizeThatLeavesNoRoomForTheNulIsRefused) {
+    string_builder text;
+    text.append("kept");
+    EXPECT_THROW(text.resize(~0ull), std::bad_alloc);
+    EXPECT_THROW(text.reserve(~0ull), std::bad_alloc);
+    EXPECT_THROW(text.resize(~0ull - 1), std::bad_alloc);
+    EXPECT_STREQ(text.c_str(), "kept");
+}
+
 TEST(StringBuilder, AssignmentTakesOverTheHeap) {
     CountingHeap first, second;
     string_builder target(first), source(second);

@@ -104,6 +104,13 @@ TEST_F(ArrayMethodsTest, TheFormOfStringsHasTheirLengths) {
     EXPECT_EQ(formOf(object), bytes);
 }
 
+TEST_F(ArrayMethodsTest, AnArrayThatKnowsNoTypeReadsNothing) {
+    Array& array = make("int");
+    array = Array();
+    ASSERT_FALSE(array.bound());
+    EXPECT_EQ(failureOf({0, 0, 0, 0}), "");
+}
+
 TEST_F(ArrayMethodsTest, AnArrayOfArraysNestsTheForm) {
     makeArrayType(root, type("uint8"));
     make("uint8_array");

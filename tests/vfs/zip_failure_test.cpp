@@ -180,6 +180,22 @@ TEST_F(ZipFailureTest, ATemporaryFileThatLosesItsTailRaises) {
     EXPECT_EQ(RaisedText<fs::archive_io_fatal_error>([&] { files.commit(); }), "");
 }
 
+TEST_F(ZipFailureTest, AnArchiveThatCannotBeCutShorterRaises) {
+    class Uncut : public nuo::archive::mem_read_write_archive {
+    public:
+        std::uint64_t truncate(std::uint64_t size) override {
+            return size < this->size() ? this->size() : mem_read_write_archive::truncate(size);
+        }
+    } archive;
+    fs::InMemory cache("cache");
+    fs::ZipFs files(archive, cache, "test.zip", false);
+    ASSERT_EQ(files.createDir("a"), fs::er_ok);
+    ASSERT_EQ(files.createDir("b"), fs::er_ok);
+    files.commit();
+    ASSERT_EQ(files.remove("b"), fs::er_ok);
+    EXPECT_EQ(RaisedText<fs::archive_io_fatal_error>([&] { files.commit(); }), "");
+}
+
 TEST_F(ZipFailureTest, ASourceThatGotShorterRaises) {
     archive_.get_buffer().resize(50);
     EXPECT_EQ(RaisedText<fs::archive_io_fatal_error>([this] { files_.commit(); }), "");

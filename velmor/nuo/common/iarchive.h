@@ -79,10 +79,10 @@ public:
     /// A mapped view of these offsets, or null where viewing isn't offered.
     virtual view_ptr view_rd(offset_range range) = 0;
     virtual bool viewable() = 0;
+    virtual ~reader();
     /// This reader's place among the data, or null when it cannot tell one. Asked once for each
     /// text and each row that is read; archives in memory answer without a cross-cast.
     virtual sequence* place();
-    virtual ~reader();
 };
 
 class writer {

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <new>
 
 namespace nuo {
 
@@ -91,13 +92,14 @@ string_builder& string_builder::append_number(std::uint64_t number) {
 
 void string_builder::resize(std::uint64_t size) {
     const std::uint64_t before = store_.size;
-    store_.make_room(size + 1);
+    reserve(size);
     if (size > before) std::memset(store_.data + before, 0, size - before);
     store_.size = size;
     terminate();
 }
 
 void string_builder::reserve(std::uint64_t size) {
+    if (size == ~std::uint64_t{0}) throw std::bad_alloc();
     store_.make_room(size + 1);
     terminate();
 }

@@ -70,6 +70,7 @@ void PrimitiveMethods<Array>::assign(ConstObject source, Object destination) con
 void PrimitiveMethods<Array>::deserialize(nuo::archive::reader& reader, Object object,
                                           nuo::heap* heap, nuo::ext_heap* extHeap) const {
     Array& array = arrayOf(object);
+    if (!array.bound()) NUO_RAISE(nuo::archive::read_failed);
     const Type type = array.type();
     const auto count = nuo::archive::read_value<std::uint32_t>(reader);
     checkCount(reader, type, count);

@@ -18,11 +18,12 @@ namespace {
 constexpr std::uint16_t new_file_flags = zip_format::flag_utf8 | zip_format::flag_fast;
 constexpr std::uint16_t new_directory_flags = zip_format::flag_utf8;
 
-// What the cache takes of the content of one ZIP, whatever its entries say: they may share their
-// bytes, and a few of those inflate to much. Chosen: a gigabyte for any ZIP, so that plain pictures
-// and texts never come near it, and for larger ones 64 times their size.
+// What the cache takes of the content of one ZIP. Entries may share their bytes, and then a small
+// file tells of far more content than it holds. A deflated byte inflates to 1032 at the most (258
+// bytes of a match from two bits of code), so that entries with bytes of their own never come to
+// this; and a gigabyte is free for any ZIP, however it is made.
 constexpr std::uint64_t least_allowance = std::uint64_t{1} << 30;
-constexpr std::uint64_t allowance_per_byte = 64;
+constexpr std::uint64_t allowance_per_byte = 1032;
 
 nuo::string_ref withoutLeadingSlash(nuo::string_ref path) {
     return path.starts_with("/") ? path.substr(1) : path;
@@ -97,8 +98,9 @@ void ZipFsImp::putBack(nuo::archive::iarchive& temp) {
     archive.query_random()->seek(0);
     const std::uint64_t size = temp.query_random()->size();
     const std::uint64_t copied = codec_.copy(*temp.query_reader(), *archive.query_writer(), size);
-    archive.query_writer()->truncate(copied);
-    if (copied != size) NUO_RAISE(archive_io_fatal_error);
+    // What was longer and cannot be cut would keep an end record behind this one.
+    const std::uint64_t left = archive.query_writer()->truncate(copied);
+    if (copied != size || left != size) NUO_RAISE(archive_io_fatal_error);
 }
 
 void ZipFsImp::commit() {
