@@ -126,6 +126,23 @@ TEST(ReadStreamArchive, ClosesTheStreamAndLeavesItToItsOwner) {
     EXPECT_EQ(stream.closes, 1);
 }
 
+// Nobody would hear of it in a destructor.
+TEST(ReadWriteStreamArchive, AStreamThatRaisesAsItIsClosedHarmsNobody) {
+    class Raising final : public FakeStream {
+    public:
+        void Close() override {
+            FakeStream::Close();
+            throw std::runtime_error("the host is gone");
+        }
+    } stream;
+    { ReadStreamArchive archive(stream); }
+    stream.open = true;
+    { WriteStreamArchive archive(stream); }
+    stream.open = true;
+    { ReadWriteStreamArchive archive(stream); }
+    EXPECT_EQ(stream.closes, 3);
+}
+
 TEST(WriteStreamArchive, CountsPositionAndSizeFromZero) {
     FakeStream stream;
     WriteStreamArchive archive(stream);

@@ -183,6 +183,22 @@ TEST_F(ManifestsTest, KeepsElementsThatItDoesNotKnow) {
     EXPECT_NE(Part("cnx.xml").find("<odd locale=\"en-us\">v</odd>"), std::string::npos);
 }
 
+TEST_F(ManifestsTest, KeepsTheWhiteSpaceOfElementsAndTheLinkOfAFileWithATabInItsName) {
+    const std::string core =
+        "<root><group name=\"content\"><node><odd name=\"o&#10;\">1&#13;\t\n2</odd>"
+        "</node></group></root>";
+    WriteFile(inner, "core.xml", core);
+    WriteFile(inner, "cnx.xml",
+              "<root><group><link name=\"a&#9;b\"><odd>v</odd></link></group></root>");
+    WriteFile(inner, "a\tb", "a");
+    for (int round = 0; round < 3; ++round) {
+        JpkFs package(inner, "a.jpk");
+        package.sync();
+    }
+    EXPECT_NE(Part("core.xml").find("<odd name=\"o&#10;\">1&#13;\t\n2</odd>"), std::string::npos);
+    EXPECT_NE(Part("cnx.xml").find("<odd locale=\"en-us\">v</odd>"), std::string::npos);
+}
+
 TEST_F(ManifestsTest, CompletesAForeignPackageAndKeepsTheResult) {
     ASSERT_EQ(inner.createDir("R"), fs::er_ok);
     WriteFile(inner, "R/a.png", "a");

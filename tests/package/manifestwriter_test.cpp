@@ -75,6 +75,15 @@ TEST(ManifestWriter, EscapesValuesAndNames) {
         kCoreHead + "<string name=\"a&quot;b\">&lt;&amp;&gt;&quot;&apos;</string>" + kCoreTail);
 }
 
+// A reader hands on a carriage return as a line feed, and in attributes all of them as blanks.
+TEST(ManifestWriter, WritesTheWhiteSpaceThatAReaderWouldChangeAsReferences) {
+    PropertyMap node;
+    node.Set({"string", "a\tb\nc\rd"}, "a\tb\nc\r<");
+    EXPECT_EQ(
+        std::string(CoreText("R", node).data()),
+        kCoreHead + "<string name=\"a&#9;b&#10;c&#13;d\">a\tb\nc&#13;&lt;</string>" + kCoreTail);
+}
+
 TEST(LinksText, EscapesTheNamesOfFilesAndNotThoseOfFolders) {
     PropertyMap elements;
     elements.Set({"bool", "x"}, "1");

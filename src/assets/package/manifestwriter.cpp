@@ -20,6 +20,36 @@ constexpr const char* kQmxTables =
     "<double name=\"per-vtx normals\">0 0 0 0 0 0 0 0 0 0 0 0</double>"
     "<double name=\"per-vtx colors\">0 0 0 0 0 0 0 0 0 0 0 0</double></table></group>";
 
+// The white space that a reader would hand on as other white space than was written.
+nuo::string_ref ReferenceOf(char c, bool in_attribute) {
+    switch (c) {
+        case '\r':
+            return "&#13;";
+        case '\n':
+            return in_attribute ? "&#10;" : "";
+        case '\t':
+            return in_attribute ? "&#9;" : "";
+        default:
+            return {};
+    }
+}
+
+void AppendXml(nuo::string_builder& out, nuo::string_ref text, bool in_attribute) {
+    const char* plain = text.begin();
+    for (const char* at = text.begin(); at != text.end(); ++at) {
+        const nuo::string_ref reference = ReferenceOf(*at, in_attribute);
+        if (reference.empty()) continue;
+        AppendEscapedXml(out, {plain, at});
+        out.append(reference);
+        plain = at + 1;
+    }
+    AppendEscapedXml(out, {plain, text.end()});
+}
+
+void AppendAttribute(nuo::string_builder& out, nuo::string_ref text) {
+    AppendXml(out, text, true);
+}
+
 // An element that no document can hold is left out: one of them would make the whole package
 // unreadable.
 void AppendElement(nuo::string_builder& text, const ElementKey& key, nuo::string_ref value) {
@@ -31,10 +61,10 @@ void AppendElement(nuo::string_builder& text, const ElementKey& key, nuo::string
         text.append(" locale=\"en-us\">");
     } else {
         text.append(" name=\"");
-        AppendEscapedXml(text, key.name);
+        AppendAttribute(text, key.name);
         text.append("\">");
     }
-    AppendEscapedXml(text, value);
+    AppendXml(text, value, false);
     text.append("</").append(key.type).append('>');
 }
 
@@ -58,7 +88,7 @@ void AppendIdentifier(nuo::string_builder& text, const PropertyMap& node) {
 
 void AppendDefault(nuo::string_builder& text, nuo::string_ref extension) {
     text.append("<Default Extension=\"");
-    AppendEscapedXml(text, extension);
+    AppendAttribute(text, extension);
     text.append("\" ContentType=\"").append(ContentTypeOf(extension)).append("\"/>");
 }
 
@@ -119,7 +149,7 @@ void LinksText::AddFolder(nuo::string_ref name, const PropertyMap& elements) {
 
 void LinksText::AddFile(nuo::string_ref name, const PropertyMap& elements) {
     text_.append("<link name=\"");
-    AppendEscapedXml(text_, name);
+    AppendAttribute(text_, name);
     text_.append("\" class=\"schema.korvanet.data.1.resource\">");
     AppendElements(text_, elements);
     text_.append("</link>");

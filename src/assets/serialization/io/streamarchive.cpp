@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "assets/manager/base/guarded.h"
 #include "nuo/common/file_archive.h"
 
 namespace korvanet::platform::assets {
@@ -19,6 +20,12 @@ Stream* OpenStream(Stream& stream) {
         NUO_RAISE(stream_open_failed, "stream can not open!!");
     }
     return &stream;
+}
+
+// For destructors, which have nobody to tell what a host's stream raises.
+template <class Stream>
+void CloseQuietly(Stream& stream) noexcept {
+    Guarded([&stream] { stream.Close(); });
 }
 
 template <class Stream>
@@ -71,7 +78,7 @@ ReadStreamArchive::ReadStreamArchive(core::IDataReadStream& stream)
     : stream_(OpenStream(stream)), size_(SizeOf(stream)) {}
 
 ReadStreamArchive::~ReadStreamArchive() {
-    stream_->Close();
+    CloseQuietly(*stream_);
 }
 
 nuo::byte* ReadStreamArchive::read(nuo::archive::byte_range range) {
@@ -86,7 +93,7 @@ WriteStreamArchive::WriteStreamArchive(core::IDataWriteStream& stream)
     : stream_(OpenStream(stream)) {}
 
 WriteStreamArchive::~WriteStreamArchive() {
-    stream_->Close();
+    CloseQuietly(*stream_);
 }
 
 const nuo::byte* WriteStreamArchive::write(nuo::archive::const_byte_range range) {
@@ -101,7 +108,7 @@ ReadWriteStreamArchive::ReadWriteStreamArchive(core::IDataStream& stream)
     : stream_(OpenStream(stream)), size_(SizeOf(stream)) {}
 
 ReadWriteStreamArchive::~ReadWriteStreamArchive() {
-    stream_->Close();
+    CloseQuietly(*stream_);
 }
 
 nuo::byte* ReadWriteStreamArchive::read(nuo::archive::byte_range range) {

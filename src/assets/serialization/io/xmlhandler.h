@@ -38,10 +38,10 @@ struct XmlDriverState {
 // and passes out of `ParseXml`.
 class IXmlCallBack {
 public:
-    virtual ~IXmlCallBack() = default;
-
     virtual void OnXml(XmlDriverState& driver, const nuo::string& name, const nuo::string& text,
                        const XmlAttributes& attributes, bool start) = 0;
+
+    virtual ~IXmlCallBack() = default;
 };
 
 // Reads all of `source` from its start and gives its events to `driver.callback`. Returns true, or
