@@ -271,6 +271,28 @@ TEST_F(AssetInstanceTest, WhenAnObserverLeavesInsideACallNobodyIsToldTwice) {
     EXPECT_EQ(third.Take(), Lines{"3 value UIName"});
 }
 
+// The first to hear of a change lets go of the last reference; the second is told all the same.
+TEST_F(AssetInstanceTest, AnInstanceThatAnObserverReleasesLastsUntilAllAreTold) {
+    class Releasing final : public IAssetObserver {
+    public:
+        explicit Releasing(IAssetInstance* watched) : watched_(watched) {}
+        void OnValueChanged(IProperty*) override { watched_->Release(); }
+        void OnConnectionChanged(IProperty*) override {}
+        void OnAssetChanged() override {}
+
+    private:
+        IAssetInstance* watched_;
+    };
+    IAssetInstance* const single = definition.CreateInstance();
+    Releasing first(single);
+    ObserverLog second;
+    ASSERT_TRUE(single->AddObserver(&first));
+    ASSERT_TRUE(single->AddObserver(&second));
+    EXPECT_TRUE(SetNumber(dynamic_cast<AssetInstance&>(*single), "gloss", 0.75));
+    EXPECT_EQ(second.Take(), Lines{"value gloss"});
+    EXPECT_EQ(definition.GetReferenceCount(), 1u);
+}
+
 TEST_F(AssetInstanceTest, AnObserverIsAddedOnceAndRemovedOnce) {
     ObserverLog log;
     EXPECT_TRUE(instance.AddObserver(&log));

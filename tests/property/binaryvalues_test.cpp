@@ -54,7 +54,7 @@ TEST_F(BinaryValuesTest, OtherIndicesAreReported) {
 
 TEST_F(BinaryValuesTest, SizesBeyondTheLimitAreRefused) {
     auto& value = MakeValue<IBinaryValue>(ValueClass::kBinaryValue);
-    EXPECT_FALSE(value.SetData("a", std::uint64_t{1} << 31));
+    EXPECT_FALSE(value.SetData("a", (std::uint64_t{1} << 31) + 1));
     EXPECT_FALSE(value.SetData("a", ~std::uint64_t{0}));
     EXPECT_FALSE(value.SetData(nullptr, 1));
     EXPECT_EQ(value.GetSize(), 0u);

@@ -46,7 +46,20 @@ TEST_F(ConnectionTest, TheReflectedTypeIsTheNativeClass) {
     EXPECT_EQ(sizeof(AssetConnection), 32u);
     EXPECT_FALSE(type().isPod());
     EXPECT_TRUE(velmor::isNative<AssetConnection>(type()));
-    EXPECT_EQ(type().methods().extendMethods(), nullptr);
+}
+
+int Order(velmor::Type type, const AssetConnection& left, const AssetConnection& right) {
+    return velmor::compare({type, &left}, {type, &right});
+}
+
+TEST_F(ConnectionTest, ConnectionsAndLinksAreOrderedByWhatTheyLinkTo) {
+    const AssetConnection a{"a", &table, 0};
+    const AssetConnection b{"b", nullptr, 0};
+    EXPECT_EQ(Order(type(), a, b), -1);
+    EXPECT_EQ(Order(type(), b, a), 1);
+    EXPECT_EQ(Order(type(), a, AssetConnection{"a", nullptr, 1}), 0);
+    EXPECT_EQ(compareNative(AssetSymbolLink{"a"}, AssetSymbolLink{"b"}), -1);
+    EXPECT_EQ(compareNative(PropertySymbolLink{"b"}, PropertySymbolLink{"a"}), 1);
 }
 
 TEST_F(ConnectionTest, TheFormIsOneStringOfTheCodec) {

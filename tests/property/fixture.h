@@ -66,7 +66,7 @@ private:
 class CountingHeap final : public nuo::plain_heap {
 public:
     void* malloc(std::uint64_t size, std::uint64_t alignment, void* hint) override {
-        if (full) {
+        if (full || allocations >= fullAfter) {
             throw std::bad_alloc();
         }
         ++blocks;
@@ -78,9 +78,12 @@ public:
         nuo::plain_heap::free(block, size, alignment);
     }
 
+    static constexpr int kNever = std::numeric_limits<int>::max();
+
     int blocks = 0;
     int allocations = 0;
     bool full = false;
+    int fullAfter = kNever;
 };
 
 // Makes the tables of the tests: instances are `TestInstance`, the others bare tables.

@@ -35,6 +35,18 @@ TEST_F(PropertyConnectionsTest, AConnectionIsCountedNamedAndTold) {
     EXPECT_THAT(changes.lines, ElementsAre("connection place"));
 }
 
+TEST_F(PropertyConnectionsTest, AConnectionThatFindsNoMemoryLeavesTheFormerOne) {
+    PropertyTableImp& first = NewAsset("texture");
+    PropertyTableImp& second = NewAsset("texture");
+    PropertyBase& place = Place(kMultiple);
+    ASSERT_TRUE(place.ConnectAsset(InstanceOf(first)));
+    heap.full = true;
+    EXPECT_FALSE(place.ConnectAsset(InstanceOf(second)));
+    heap.full = false;
+    EXPECT_EQ(place.GetConnectedAsset(L"texture"), InstanceOf(first));
+    EXPECT_THAT(changes.lines, ElementsAre("connection place"));
+}
+
 TEST_F(PropertyConnectionsTest, APropertyWithoutTheFlagsTakesNothing) {
     PropertyTableImp& asset = NewAsset("texture");
     PropertyBase& place = Place(PropertyFlags::kPublic);

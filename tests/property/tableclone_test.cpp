@@ -215,6 +215,32 @@ TEST_F(TableCloneTest, AFailureInsideACircleLeavesNothingBehind) {
     a.ClearConnections();
 }
 
+TEST_F(TableCloneTest, AFullHeapInsideACircleLeavesNothingBehind) {
+    PropertyTableImp& a = NewTable();
+    PropertyTableImp& b = NewTable();
+    Connect(a, b);
+    Connect(b, a);
+    Connect(b, NewTable());
+    const int living = tables.living;
+    const int blocks = heap.blocks;
+    const int needed = [&] {
+        const int before = heap.allocations;
+        const intrusive_ptr<PropertyTableImp> clone(a.Clone(space));
+        clone->Unretain();
+        clone->ClearConnections();
+        return heap.allocations - before;
+    }();
+    for (int spared = 0; spared < needed; ++spared) {
+        heap.fullAfter = heap.allocations + spared;
+        EXPECT_THROW(a.Clone(space), std::bad_alloc) << spared;
+        heap.fullAfter = CountingHeap::kNever;
+        EXPECT_EQ(tables.living, living) << spared;
+        EXPECT_EQ(heap.blocks, blocks) << spared;
+    }
+    EXPECT_TRUE(space.empty());
+    a.ClearConnections();
+}
+
 TEST_F(TableCloneTest, AFailureLeavesTheConnectionsOfTheSharedGroup) {
     PropertyTableImp& source = Chain(PropertyTableImp::kMaxConnectionDepth + 1);
     PropertyTableImp& texture = NewAsset("texture");

@@ -150,6 +150,17 @@ TEST_F(UriValuesTest, ABaseWithoutVariantsIsAPlainListOfItself) {
     EXPECT_FALSE(value.SetBaseUri(nullptr));
 }
 
+TEST_F(UriValuesTest, ABaseThatFindsNoMemoryIsRefusedAndToldToNobody) {
+    textures.variants = {"/textures/2/Mats/a", "/textures/3/Mats/a"};
+    ChangeLog changes;
+    PropertyBase& property = Make(ValueClass::kTextureURIValue);
+    property.SetOwner(&changes);
+    heap.full = true;
+    EXPECT_FALSE(As<ITextureURIValue>(property).SetBaseUri(L"a"));
+    heap.full = false;
+    EXPECT_THAT(changes.lines, IsEmpty());
+}
+
 TEST_F(UriValuesTest, VariantsAreAskedForOncePerName) {
     textures.variants = {"/textures/2/Mats/a"};
     auto& first = Texture({});

@@ -37,8 +37,7 @@ bool AssetInstance::AddObserver(IAssetObserver* observer) {
         HalvernError("Observer already exists.").Deliver();
         return false;
     }
-    observers_.push_back(observer);
-    return true;
+    return Guarded([&] { observers_.push_back(observer); });
 }
 
 bool AssetInstance::RemoveObserver(IAssetObserver* observer) {
@@ -88,6 +87,9 @@ IAssetInstance* AssetInstance::CreateGenericInstance() {
 // at what is left, and one of these may go untold.
 template <class Tell>
 void AssetInstance::TellObservers(Tell&& tell) {
+    if (observers_.empty()) return;
+    // One of them may let go of the last reference.
+    const intrusive_ptr<AssetInstance> held(this);
     for (std::size_t i = 0, count = observers_.size(); i < count && i < observers_.size(); ++i) {
         tell(*observers_[i]);
     }

@@ -77,8 +77,8 @@ private:
     template <class Tell>
     void TellObservers(Tell&& tell);
     void AssetChanged();
-    bool SetText(std::size_t group, nuo::string_ref name, const nuo::string& text);
-    bool AppendText(nuo::string_ref name, const nuo::string& text);
+    bool SetText(std::size_t group, nuo::string_ref name, const IString& text);
+    bool AppendText(nuo::string_ref name, const IString& text);
     bool RemoveText(nuo::string_ref name, std::uint64_t index, std::uint64_t count);
     bool FindImplementation(const IString& identifier, nuo::string& uri) const;
 

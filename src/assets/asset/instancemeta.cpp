@@ -15,7 +15,7 @@ bool AssetInstance::SetUIName(const IString& name) {
         HalvernError("Can't set UI Name, the Name's empty").Deliver();
         return false;
     }
-    return SetText(kIterationGroup, asset_meta::kUiName, ToUtf8(name));
+    return SetText(kIterationGroup, asset_meta::kUiName, name);
 }
 
 bool AssetInstance::RemoveThumbnail(std::uint64_t index) {
@@ -23,11 +23,11 @@ bool AssetInstance::RemoveThumbnail(std::uint64_t index) {
 }
 
 bool AssetInstance::SetThumbnail(const IString& name, const IString& uri) {
-    if (!(ToUtf8(name) == asset_meta::kThumbnail)) return false;
+    if (!(nuo::string_ref(name.AsUTF8()) == asset_meta::kThumbnail)) return false;
     if (asset_meta::TextCount(*this, kIterationGroup, asset_meta::kThumbnail) == 0) {
-        return AppendText(asset_meta::kThumbnail, ToUtf8(uri));
+        return AppendText(asset_meta::kThumbnail, uri);
     }
-    return SetText(kIterationGroup, asset_meta::kThumbnail, ToUtf8(uri));
+    return SetText(kIterationGroup, asset_meta::kThumbnail, uri);
 }
 
 bool AssetInstance::RemoveKeyword(std::uint64_t index) {
@@ -40,7 +40,7 @@ bool AssetInstance::AddKeyword(const IString& keyword) {
         HalvernError("Can't add localized keyword, the keword is empty.").Deliver();
         return false;
     }
-    return AppendText(asset_meta::kKeyword, ToUtf8(keyword));
+    return AppendText(asset_meta::kKeyword, keyword);
 }
 
 bool AssetInstance::RemoveCategory(std::uint64_t index) {
@@ -52,23 +52,24 @@ bool AssetInstance::AddCategory(const IString& category) {
         HalvernError("Can't add localized category, the category is empty.").Deliver();
         return false;
     }
-    return AppendText(asset_meta::kCategory, ToUtf8(category));
+    return AppendText(asset_meta::kCategory, category);
 }
 
 bool AssetInstance::SetDescription(const IString& description) {
-    return SetText(kIterationGroup, asset_meta::kDescription, ToUtf8(description));
+    return SetText(kIterationGroup, asset_meta::kDescription, description);
 }
 
 bool AssetInstance::SetSwatch(const IString& swatch) {
-    return SetText(kReadWriteGroup, asset_meta::kSwatch, ToUtf8(swatch));
+    return SetText(kReadWriteGroup, asset_meta::kSwatch, swatch);
 }
 
 bool AssetInstance::SetVersionGUID(const IString& guid) {
-    return !guid.IsEmpty() && SetText(kIterationGroup, asset_meta::kVersionGuid, ToUtf8(guid));
+    return !guid.IsEmpty() && SetText(kIterationGroup, asset_meta::kVersionGuid, guid);
 }
 
 bool AssetInstance::RenewVersionGUID() {
-    return SetText(kIterationGroup, asset_meta::kVersionGuid, MakeIdentifier());
+    core::UTF8String fresh;
+    return Guarded([&] { Assign(fresh, MakeIdentifier()); }) && SetVersionGUID(fresh);
 }
 
 bool AssetInstance::GetImplementationBinding(const IString& identifier, IString& value,
@@ -87,18 +88,23 @@ bool AssetInstance::GetImplementationBinding(const IString& identifier, IString&
     });
 }
 
-bool AssetInstance::SetText(std::size_t group, nuo::string_ref name, const nuo::string& text) {
+bool AssetInstance::SetText(std::size_t group, nuo::string_ref name, const IString& text) {
     PropertyBase* property = FindInGroup(group, name);
-    if (property == nullptr || !SetTextAt(*property, 0, text)) return false;
+    if (property == nullptr) return false;
+    if (!Guarded(false, [&] { return SetTextAt(*property, 0, ToUtf8(text)); })) return false;
     AssetChanged();
     return true;
 }
 
-bool AssetInstance::AppendText(nuo::string_ref name, const nuo::string& text) {
+bool AssetInstance::AppendText(nuo::string_ref name, const IString& text) {
     PropertyBase* property = FindInGroup(kIterationGroup, name);
     velmor::Array* list = property != nullptr ? TextList(*property) : nullptr;
     if (list == nullptr) return false;
-    list->push_back({list->type(), &text});
+    const auto append = [&] {
+        const nuo::string added = ToUtf8(text);
+        list->push_back({list->type(), &added});
+    };
+    if (!Guarded(append)) return false;
     AssetChanged();
     return true;
 }

@@ -28,7 +28,7 @@ bool BinaryValue::SetData(const void* data, std::uint64_t size, std::uint64_t in
     if (!CheckIndex(index, 1)) {
         return false;
     }
-    if (size >= kMaxBytes || (data == nullptr && size != 0)) {
+    if (size > kMaxBytes || (data == nullptr && size != 0)) {
         return false;
     }
     Bytes& bytes = Data<Bytes>();

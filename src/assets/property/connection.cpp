@@ -30,6 +30,18 @@ public:
 
 }  // namespace
 
+int compareNative(const AssetConnection& left, const AssetConnection& right) {
+    return velmor::compareNative(left.link, right.link);
+}
+
+int compareNative(const AssetSymbolLink& left, const AssetSymbolLink& right) {
+    return velmor::compareNative(left.link, right.link);
+}
+
+int compareNative(const PropertySymbolLink& left, const PropertySymbolLink& right) {
+    return velmor::compareNative(left.link, right.link);
+}
+
 const velmor::TypeMethods& AssetConnectionMethods() {
     static const auto* const only = new Methods;
     return *only;

@@ -25,6 +25,11 @@ struct PropertySymbolLink {
     nuo::string link;
 };
 
+// By what they link to; found by the methods of their types.
+int compareNative(const AssetConnection& left, const AssetConnection& right);
+int compareNative(const AssetSymbolLink& left, const AssetSymbolLink& right);
+int compareNative(const PropertySymbolLink& left, const PropertySymbolLink& right);
+
 // The methods of the reflected type `AssetConnection`. Its stored form is one string; what it says
 // is up to the IConnectionCodec in force.
 const velmor::TypeMethods& AssetConnectionMethods();

@@ -17,8 +17,8 @@ class PropertyTableImp;
 // The table is the first word, so that whoever holds only the bytes can reach it.
 class HalvernAsset {
 public:
-    // The number of a block that does not exist.
     static constexpr std::uint32_t kChanged = 1;
+    // The number of a block that does not exist.
     static constexpr std::uint32_t kNoBlock = 0xFFFFFFFF;
 
     HalvernAsset() = default;

@@ -1,5 +1,6 @@
 #include <korvanet/platform/assets/iassetinstance.h>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
 #include "assets/property/connection.h"
 #include "assets/property/modulecontext.h"
@@ -101,10 +102,12 @@ bool PropertyBase::ConnectAsset(IAssetInstance* asset) {
         return false;
     }
     const std::uint64_t replaced = FindConnection(AssetTypeOf(*table));
+    if (!Guarded([&] { AppendConnection(*table); })) {
+        return false;
+    }
     if (replaced != kNone) {
         RemoveConnection(replaced);
     }
-    AppendConnection(*table);
     NotifyConnectionChanged();
     return true;
 }

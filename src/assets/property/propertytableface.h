@@ -2,6 +2,7 @@
 
 #include <korvanet/platform/assets/ipropertytable.h>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/property/enumeration.h"
 #include "assets/property/propertytable.h"
 
@@ -23,10 +24,10 @@ public:
         : PropertyTableImp(kind, holder, context) {}
 
     IEnumeration<const IProperty*>* GetProperties(bool publicOnly) const {
-        return new FilterIterator<Merge, const IProperty*, SelectPublic>(Merge(*this), publicOnly);
+        return Filtered<const IProperty*>(publicOnly);
     }
     IEnumeration<IProperty*>* GetProperties(bool publicOnly) {
-        return new FilterIterator<Merge, IProperty*, SelectPublic>(Merge(*this), publicOnly);
+        return Filtered<IProperty*>(publicOnly);
     }
     void ReleaseEnumeration(IEnumeration<const IProperty*>* enumeration) const {
         delete enumeration;
@@ -38,6 +39,13 @@ public:
 
 private:
     using Merge = SortedMultiGroupMergeIterator<IProperty*>;
+
+    template <class Item>
+    IEnumeration<Item>* Filtered(bool publicOnly) const {
+        return Guarded(nullptr, [&] {
+            return new FilterIterator<Merge, Item, SelectPublic>(Merge(*this), publicOnly);
+        });
+    }
 };
 
 }  // namespace korvanet::platform::assets

@@ -13,19 +13,26 @@ public:
 
     TableCloner(Form form, velmor::Namespace registry) : form_(form), registry_(registry) {}
 
-    // Null when connections reach too deep. The result carries a reference for the caller.
-    PropertyTableImp* Run(const PropertyTableImp& source) {
-        PropertyTableImp* clone = nullptr;
-        if (CloneOne(source, 0, clone)) {
-            clone->Retain();
-            clones_.clear();
-            return clone;
-        }
-        // Clones in a circle keep each other alive until they are cut loose.
+    TableCloner(const TableCloner&) = delete;
+    TableCloner& operator=(const TableCloner&) = delete;
+
+    // After a run that came to no result: clones in a circle keep each other alive until they are
+    // cut loose.
+    ~TableCloner() {
         for (const auto& [original, made] : clones_) {
             made->ClearOwnConnections();
         }
-        return nullptr;
+    }
+
+    // Null when connections reach too deep. The result carries a reference for the caller.
+    PropertyTableImp* Run(const PropertyTableImp& source) {
+        PropertyTableImp* clone = nullptr;
+        if (!CloneOne(source, 0, clone)) {
+            return nullptr;
+        }
+        clone->Retain();
+        clones_.clear();
+        return clone;
     }
 
 private:

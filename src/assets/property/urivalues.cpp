@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
 #include "assets/property/itextureroots.h"
 #include "assets/property/modulecontext.h"
@@ -129,10 +130,14 @@ const std::vector<nuo::string>& TextureURIValue::Variants(const nuo::string& nam
 }
 
 bool TextureURIValue::SetBaseUri(const wchar_t* uri) {
-    if (uri == nullptr) {
+    if (uri == nullptr || !Guarded([&] { Resolve(FromWide(uri)); })) {
         return false;
     }
-    const nuo::string name = FromWide(uri);
+    NotifyValueChanged();
+    return true;
+}
+
+void TextureURIValue::Resolve(const nuo::string& name) {
     const std::vector<nuo::string>& variants = Variants(name);
     if (variants.empty()) {
         Elements().resize(1);
@@ -145,8 +150,6 @@ bool TextureURIValue::SetBaseUri(const wchar_t* uri) {
         }
         resolution_state_ = ResolutionState::kResolutionSet;
     }
-    NotifyValueChanged();
-    return true;
 }
 
 void ForgetResolutions(const PropertyBase& property) {

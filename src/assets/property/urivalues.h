@@ -50,6 +50,7 @@ public:
 private:
     enum class ResolutionState : std::uint32_t { kUnknown = 0, kPlainList = 1, kResolutionSet = 2 };
 
+    void Resolve(const nuo::string& name);
     ResolutionState FindState() const;
     const std::vector<nuo::string>& Variants(const nuo::string& name) const;
 

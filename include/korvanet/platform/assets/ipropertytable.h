@@ -108,8 +108,10 @@ public:
         virtual bool ConnectAsset(IAssetInstance* asset) = 0;
 
         /// The first connected asset of the asset type `assetType`, or the one at `index`, counted
-        /// from 0. Null when there is none. The caller gets no reference: the result lives as long
-        /// as the connection, unless the caller adds one.
+        /// from 0. Null when there is none, or when it is a definition of the library, as what is
+        /// connected to a property with "definitionIteratorData" stays one in instances. The
+        /// caller gets no reference: the result lives as long as the connection, unless the caller
+        /// adds one.
         virtual IAssetInstance* GetConnectedAsset(const wchar_t* assetType) const = 0;
         virtual IAssetInstance* GetConnectedAsset(std::uint64_t index) const = 0;
 

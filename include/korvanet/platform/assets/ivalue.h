@@ -56,7 +56,7 @@ public:
     /// The bytes; valid until the value is set again.
     virtual const void* GetData() const = 0;
 
-    /// Replaces the bytes by a copy of `size` bytes at `data`. False from 2^31 bytes on. Observers
+    /// Replaces the bytes by a copy of `size` bytes at `data`. False above 2^31 bytes. Observers
     /// do not hear of it.
     virtual bool SetData(const void* data, std::uint64_t size, std::uint64_t index = 0) = 0;
 };
@@ -110,7 +110,8 @@ public:
     /// A value out of bounds gives the report "Value out of range" and false.
     virtual bool SetValue(std::int32_t value, std::uint64_t index = 0) = 0;
 
-    /// The limits, or null. They belong to the property.
+    /// The limits, or null. They belong to the property, and are good until a schema that is loaded
+    /// changes them.
     virtual IBounds* GetBounds() const = 0;
 };
 
@@ -118,7 +119,8 @@ public:
 /// without a report, a value that no entry has.
 class IChoiceListValue : public IIntegerValue {
 public:
-    /// The entries, or null. They belong to the property.
+    /// The entries, or null. They belong to the property, and are good until a schema that is
+    /// loaded changes them.
     virtual IChoiceList* GetChoices() const = 0;
 };
 
@@ -130,7 +132,8 @@ public:
     /// take any number.
     virtual bool SetValue(double value, std::uint64_t index = 0) = 0;
 
-    /// The limits, or null. They belong to the property.
+    /// The limits, or null. They belong to the property, and are good until a schema that is loaded
+    /// changes them.
     virtual IBounds* GetBounds() const = 0;
 };
 
