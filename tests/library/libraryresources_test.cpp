@@ -103,6 +103,26 @@ TEST_F(Resources, AResourceOfThisLibraryIsCopiedUnderItsOwnName) {
     EXPECT_EQ(library->Part("LIB/Resources/a(1).png"), "one");
 }
 
+// Hosts are told the paths of resources with back slashes, and may make URIs of them.
+TEST_F(Resources, BackSlashesInAResourceUriSeparateAsSlashesDo) {
+    auto other = MakePaintLibrary(host, "OTHER");
+    host.libraries["OTHER"] = &**other;
+    (*other)->Resources().Add(host.MakeFile("a.png", "theirs").c_str(), "",
+                              (*other)->Resources().CommonFolder());
+    Add(host.MakeFile("b.png", "ours"));
+    EXPECT_TRUE(Add("jpk:?asset=/LIB\\Resources\\b.png") == "LIB/Resources/b(1).png");
+    AssetDefinition& red = AddPaint(*library, "Red");
+    SetFile(red, "jpk:?asset=/OTHER\\Resources\\a.png");
+    SetFile(AddPaint(*library, "Blue"), "jpk:?asset=/LIB\\Resources\\b.png");
+    library->SavedBytes();
+    EXPECT_STREQ(library->Text("Red", "p_file").c_str(),
+                 "jpk:?asset=/LIB/Resources/Red/p_file/0/a.png");
+    EXPECT_EQ(library->Part("LIB/Resources/Red/p_file/0/a.png"), "theirs");
+    // It names a file of this library, and stays as it is.
+    EXPECT_STREQ(library->Text("Blue", "p_file").c_str(), "jpk:?asset=/LIB\\Resources\\b.png");
+    host.libraries.clear();
+}
+
 TEST_F(Resources, AnOpenedPartOutlivesTheLibrary) {
     Add(host.MakeFile("a.png", "one"));
     const auto part = Of().OpenPart("LIB/Resources/a.png");

@@ -76,6 +76,24 @@ TEST(Presets, APresetOfItselfOnlyTakesTheValues) {
     EXPECT_EQ(red.GetRevision(), 9);
 }
 
+TEST(Presets, APresetOfItselfIsLinkedToTheRecordsThatItsConnectionsBecome) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition& wall = AddPaint(*library, "Wall");
+    AssetDefinition& spots = AddPaint(*library, "Spots");
+    const PropertyBase& map = *wall.FindProperty(nuo::string_ref("p_map"));
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(spots);
+    ASSERT_TRUE((*library)->RemovePreset(spots));
+    ASSERT_EQ((*library)->CreatePreset(wall, "Wall", {}), &wall);
+    ASSERT_EQ(map.GetConnectedAssetCount(), 1U);
+    const PropertyTableImp* const hidden = map.ConnectedTable(0);
+    EXPECT_NE(hidden, &spots);
+    EXPECT_TRUE((*library)->IsRecord(*hidden));
+    EXPECT_EQ((*library)->CreatePreset(wall, "Wall", {}), &wall);
+    EXPECT_EQ(map.ConnectedTable(0), hidden);
+    EXPECT_EQ((*library)->RecordNames().size(), 2U);
+}
+
 TEST(Presets, AnEditedInstanceBecomesAPreset) {
     TestHost host;
     auto library = MakePaintLibrary(host);

@@ -71,6 +71,26 @@ TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
     EXPECT_THROW((*library)->Save(), JpkFsErr);
 }
 
+TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
+        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
+    };
+    AssetDefinition& outer = AddPaint(*library, "Outer");
+    AssetDefinition* last = &AddPaint(*library, "Inner");
+    connect(outer, *last);
+    ASSERT_TRUE((*library)->Save());
+    for (int i = 0; i < GeneralLibrary::kMaxConnectionDepth; ++i) {
+        AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
+        connect(*last, next);
+        last = &next;
+    }
+    (*library)->FindRecord("Inner")->state = HalvernAsset::kChanged;
+    ASSERT_EQ((*library)->FindRecord("Outer")->state, 0U);
+    EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
 TEST(Saving, AnIdentifierThatWouldBreakThePackageIsRefused) {
     TestHost host;
     for (const char* identifier :

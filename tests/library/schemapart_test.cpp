@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "assets/library/librarymarkers.h"
 #include "assets/library/tabletext.h"
 #include "assets/schema/schemaxmlreader.h"
 #include "assets/schema/schemaxmlwriter.h"
@@ -274,6 +275,27 @@ TEST(SchemaPart, ASchemaWhosePartHoldsOneThatWaitsForItsBaseIsNotTaken) {
     EXPECT_EQ(library->EnsureSchema(*host.global->FindOwn("PaintSchema")), nullptr);
     EXPECT_TRUE(library->Save());
     EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), kWaitingXml);
+}
+
+// What is its own stays its own, whatever else a process has open.
+TEST(SchemaPart, ASchemaThatWaitsForItsBaseIsNotReplacedByItsNamesake) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    const std::string waiting =
+        R"(<AssetSchema><UID val="PaintSchema"/><Base val="Nowhere"/></AssetSchema>)";
+    {
+        auto library = MakePaintLibrary(host);
+        AddPaint(*library, "Red");
+        library->SavedBytes();
+        library->Write("LIB/Schemas/PaintSchema.xml", waiting);
+        bytes = library->CommittedBytes();
+    }
+    TestLibrary library(host, bytes, true);
+    KRVTSchemaDefinition& shared = *host.global->FindOwn("PaintSchema");
+    EXPECT_THROW(library->LoadDefinition("Red"), SchemaNotFoundErr);
+    EXPECT_EQ(library->EnsureSchema(shared), nullptr);
+    EXPECT_EQ(library->Schemas().FindOwn("PaintSchema"), nullptr);
+    EXPECT_EQ(library.Part("LIB/Schemas/PaintSchema.xml"), waiting);
 }
 
 TEST(SchemaPart, ALibraryWhoseSchemasInheritTooMuchInAnyOrderDoesNotOpen) {

@@ -81,6 +81,34 @@ TEST(Upgrade, AMaterialLibraryIsConvertedAndReadsBackInThePresentLayout) {
     EXPECT_NE(again->LoadDefinition("Old"), nullptr);
 }
 
+TEST(Upgrade, AnEmptyLibraryOfTheOlderLayoutHasItsFoldersAndGeometryParts) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"OLD", GeneralLibrary::kLegacyOption});
+    EXPECT_EQ(library.package->state("qmx/OLD/resources").state, fs::state_directory);
+    for (const char* part : {"attributes.bin", "vertices.bin", "triangles.bin"}) {
+        const auto state = library.package->state(fs::joinPath("qmx/OLD", part));
+        EXPECT_EQ(state.state, fs::state_file) << part;
+        EXPECT_EQ(state.size, 0U) << part;
+    }
+}
+
+TEST(Upgrade, AnOptionThatAsksForTheOlderLayoutDoesNotEndInNone) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary old(host, OldLibrary(host, "OLD"), true);
+        ASSERT_EQ(old.package->createDir("OLD"), fs::er_ok);
+        old.package->setopt(kPackageOption, nuo::any(option_key{"OLD", "embed option"}),
+                            nuo::any(option_value{"uint32", "8"}));
+        bytes = old.CommittedBytes();
+    }
+    TestLibrary library(host, bytes, true);
+    EXPECT_TRUE(library->UpgradeLegacyContent());
+    EXPECT_NE(library.Part("OLD/AssetData/AssetTableOfContents.bin"), "");
+    EXPECT_NE(library->FindRecord("Old")->instanceBlock, HalvernAsset::kNoBlock);
+}
+
 TEST(Upgrade, OtherLibrariesAndTheSystemLibraryStayInTheOlderLayout) {
     TestHost host;
     PlainLegacy legacy(host);

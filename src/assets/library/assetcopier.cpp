@@ -17,7 +17,10 @@ PropertyTableImp* AssetCopier::Copy(PropertyTableImp& source, nuo::string_ref id
             &MakeRecord(*each, each == &source ? nuo::string(identifier) : MakeIdentifier());
     for (PropertyTableImp* each : sources_) {
         PropertyTableImp& made = *copies_[each];
-        if (each == &made) continue;
+        if (each == &made) {
+            Relink(made);
+            continue;
+        }
         Fill(*each, made);
         if (each != &source && target_.GetRole() == GeneralLibrary::Role::kLibrary)
             SetTruth(made, asset_meta::kHidden, true);
@@ -85,6 +88,23 @@ void AssetCopier::FillProperty(const PropertyBase& source, PropertyBase& made) {
     for (std::uint64_t at = 0; at < source.GetConnectedAssetCount(); ++at)
         if (PropertyTableImp* connected = source.ConnectedTable(at))
             made.AppendConnection(*Counterpart(*connected));
+}
+
+// A record that is stored onto itself keeps all but what became a record along with it.
+void AssetCopier::Relink(PropertyTableImp& table) {
+    for (const std::size_t group : kStoredGroups)
+        for (const PropertyGroup::Entry& entry : table.Group(group))
+            RelinkProperty(entry.Property());
+}
+
+void AssetCopier::RelinkProperty(PropertyBase& property) {
+    std::vector<intrusive_ptr<PropertyTableImp>> connected;
+    for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at)
+        if (PropertyTableImp* const table = property.ConnectedTable(at))
+            connected.emplace_back(table);
+    property.ClearConnections();
+    for (const auto& table : connected)
+        property.AppendConnection(*Counterpart(*table));
 }
 
 PropertyTableImp* AssetCopier::Counterpart(PropertyTableImp& connected) const {

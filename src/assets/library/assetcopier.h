@@ -27,6 +27,8 @@ private:
     PropertyTableImp& MakeRecord(PropertyTableImp& source, nuo::string_ref identifier);
     void Fill(const PropertyTableImp& source, PropertyTableImp& made);
     void FillProperty(const PropertyBase& source, PropertyBase& made);
+    void Relink(PropertyTableImp& table);
+    void RelinkProperty(PropertyBase& property);
     PropertyTableImp* Counterpart(PropertyTableImp& connected) const;
 
     GeneralLibrary& target_;

@@ -180,6 +180,9 @@ public:
     bool Save();
     // What the package holds has reached its file.
     void NoteCommit();
+    // Whether a save, also one that gave up halfway, has written to the package what has not
+    // reached its file: records may stand in blocks that the file does not have.
+    bool HasUncommittedSave() const { return uncommitted_save_; }
     // Before the package is given another archive; what was not committed is kept.
     void CloseStores();
     // Opens the stores anew, after the package was given another archive. Only in the present
@@ -269,8 +272,11 @@ private:
 
     // generallibrary_upgrade.cpp
     void MoveLegacyRecords();
-    void GoBackTo(Layout former);
-    void MakeNewFolder(nuo::string_ref path);
+    struct Former {
+        Layout layout;
+        std::uint32_t embed_option;
+    };
+    void GoBackTo(const Former& former);
 
     // generallibrary_detach.cpp
     void Detach(PropertyTableImp& table);
@@ -297,6 +303,7 @@ private:
     LibraryVersion library_version_ = kFirstLibraryVersion;
     bool version_table_dirty_ = true;
     bool read_only_ = false;
+    bool uncommitted_save_ = false;
     std::uint32_t embed_option_ = 0;
     nuo::string scratch_folder_;
     // Of each schema that was read, the parts that told it.

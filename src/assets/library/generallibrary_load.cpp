@@ -98,7 +98,10 @@ void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
     if ((options & kLegacyOption) != 0) {
         layout_ = Layout::kLegacy;
         resources_->SetLegacyLayout(true);
-        MakeFolder(fs::joinPath(kLegacyFolder, fs::joinPath(identifier_, "resources")));
+        const nuo::string folder = fs::joinPath(kLegacyFolder, identifier_);
+        MakeFolder(fs::joinPath(folder, "resources"));
+        for (const nuo::string_ref part : kLegacyGeometryParts)
+            OpenForRewrite(fs::joinPath(folder, part));
         return;
     }
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),

@@ -142,7 +142,10 @@ PropertyTableImp& GeneralLibrary::EnsureTable(HalvernAsset& record) {
     const nuo::buffer<nuo::byte> bytes = ReadChain(instance_store_.get(), record.instanceBlock);
     nuo::archive::buffer_in in(bytes);
     const RecordHeader header = ReadRecordHeader(in, form_);
-    KRVTSchemaDefinition* const schema = schemas_->Find(header.schema);
+    // The library's own counts also while it waits for its base: a namesake of the shared set would
+    // read the record by another form.
+    KRVTSchemaDefinition* const schema =
+        schemas_->IsPending(header.schema) ? nullptr : schemas_->Find(header.schema);
     if (schema == nullptr) NUO_RAISE(SchemaNotFoundErr, record.identifier);
     // One of the shared set becomes the library's own, so that the record keeps its shape whatever
     // else is open, and is saved with it.

@@ -60,6 +60,7 @@ bool GeneralLibrary::Save() {
     CheckConnectionDepth();
     SchemaTexts schema_texts;
     if (!BringSchemasUpToDate(schema_texts)) return false;
+    uncommitted_save_ = true;
     MarkOldForms();
     SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {
@@ -116,8 +117,8 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
 void GeneralLibrary::CheckConnectionDepth() {
     ConnectionDepth depth;
     ForEachRecord([&](HalvernAsset& record) {
-        if (record.state == HalvernAsset::kChanged && depth.Of(*record.table) > kMaxConnectionDepth)
-            NUO_RAISE(JpkFsErr);
+        // An unchanged one may lead to one that has changed.
+        if (depth.Of(*record.table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
     });
 }
 
@@ -138,6 +139,7 @@ void GeneralLibrary::FreeBlocks(HalvernAsset& record) {
 void GeneralLibrary::NoteCommit() {
     freed_definition_blocks_.clear();
     freed_instance_blocks_.clear();
+    uncommitted_save_ = false;
     resources_->NoteCommit();
 }
 
@@ -208,6 +210,7 @@ bool GeneralLibrary::WriteVersionTable() {
 bool GeneralLibrary::SaveLegacy() {
     ILegacyContent* const legacy = host_.Legacy();
     if (legacy == nullptr) return false;
+    uncommitted_save_ = true;
     const nuo::string folder = fs::joinPath(kLegacyFolder, identifier_);
     const auto mark = [this](const nuo::string& part, nuo::string_ref title) {
         package_.setopt(kPartOption, nuo::any(option_key{part, nuo::string()}),

@@ -99,8 +99,9 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureSchema(KRVTSchemaDefinition& schema)
 KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
                                                   KRVTSchemaDefinition& schema) {
     if (KRVTSchemaDefinition* const own = schemas_->FindOwn(schema.Id())) return own;
-    // A schema that waits for its base has none of its properties yet.
+    // A schema that waits for its base has none of its properties yet, and keeps its name.
     if (base == nullptr && !schema.BaseId().empty()) return nullptr;
+    if (schemas_->IsPending(schema.Id())) return nullptr;
     // Nor is one taken that the library could not be saved with.
     if (!CanNameSchemaPart(schema.Id()) ||
         !MayBeWritten(SchemaLeaf(schema.Id()), schema.Id(), PartsThatStay()))
@@ -145,7 +146,10 @@ bool GeneralLibrary::MergeGlobal(KRVTSchemaDefinition& schema) const {
     if (global == nullptr || schema.BaseDefinition() == nullptr || schema.IsInconsistent())
         return true;
     if (global->Version() <= schema.Version() || !MergesClean(*global, schema)) return true;
-    return MergeInto(*global, &schema, VersionPolicy::kWithChange).merged;
+    // A merge may change its source; the shared one stays as it is for a copy that is only told.
+    const bool trial = !schemas_->IsOwn(schema);
+    const intrusive_ptr<KRVTSchemaDefinition> source(trial ? CopySchema(*global).get() : global);
+    return MergeInto(*source, &schema, VersionPolicy::kWithChange).merged;
 }
 
 bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,

@@ -12,13 +12,17 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     if (read_only_) return false;
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
                     nuo::any(option_value{"uuid", identifier_}));
-    MakeNewFolder(Path(kAssetDataFolder));
-    MakeNewFolder(Path(kSchemasFolder));
-    const Layout former = layout_;
+    for (const nuo::string_ref folder : {kAssetDataFolder, kSchemasFolder})
+        if (package_.state(Path(folder)).state != fs::state_not_found)
+            NUO_RAISE(JpkFsErr, Path(folder));
+    const Former former{layout_, embed_option_};
     layout_ = Layout::kCurrent;
+    // A save by this option would write the older layout, which is about to be removed.
+    embed_option_ &= ~kLegacyOption;
     resources_->SetLegacyLayout(false);
     bool saved = false;
     try {
+        MakeFolders();
         ReopenStores(true);
         MoveLegacyRecords();
         saved = Save();
@@ -31,7 +35,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
 }
 
 // What could not be converted is still what it was, and can be tried again.
-void GeneralLibrary::GoBackTo(Layout former) {
+void GeneralLibrary::GoBackTo(const Former& former) {
     definition_store_.reset();
     instance_store_.reset();
     for (const nuo::string& name : RecordNames()) {
@@ -40,7 +44,8 @@ void GeneralLibrary::GoBackTo(Layout former) {
     }
     fs::recursiveRemove(package_, Path(kAssetDataFolder));
     fs::recursiveRemove(package_, Path(kSchemasFolder));
-    layout_ = former;
+    layout_ = former.layout;
+    embed_option_ = former.embed_option;
     resources_->SetLegacyLayout(true);
     resources_->NoteCommit();  // what came in for the new layout is of no use
 }
@@ -54,11 +59,6 @@ void GeneralLibrary::MoveLegacyRecords() {
         record.state = HalvernAsset::kChanged;
     }
     version_table_dirty_ = true;
-}
-
-void GeneralLibrary::MakeNewFolder(nuo::string_ref path) {
-    if (package_.state(path).state != velmor::fs::state_not_found) NUO_RAISE(JpkFsErr, path);
-    MakeFolder(path);
 }
 
 }  // namespace korvanet::platform::assets

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "nuo/common/string_ref.h"
@@ -20,6 +21,10 @@ inline constexpr nuo::string_ref kCommonSchema{"CommonSchema"};
 
 // The folder of the older layout, beside which there is no other.
 inline constexpr nuo::string_ref kLegacyFolder{"qmx"};
+
+// What a library of the older layout has for its geometry, empty at first.
+inline constexpr std::array<nuo::string_ref, 3> kLegacyGeometryParts{
+    "attributes.bin", "vertices.bin", "triangles.bin"};
 
 // A ZIP tells the length of a path in 16 bits: identifiers of libraries and ids of schemas that are
 // no longer than this leave room for all parts.

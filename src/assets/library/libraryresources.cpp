@@ -144,10 +144,11 @@ bool LibraryResources::IsHere(nuo::string_ref path) const {
 
 LibraryResources::Source LibraryResources::OpenSource(nuo::string_ref source) {
     if (!IsResourceUri(source)) {
-        const nuo::string_ref path = WithoutFileScheme(source);
+        const nuo::string path(WithoutFileScheme(source));
         return {OpenFile(path), path};
     }
-    const nuo::string_ref path = ResourcePath(source);
+    // Hosts are given the paths of resources with the separators of their world.
+    const nuo::string path = WithSlashes(ResourcePath(source));
     return {IsHere(path) ? OpenPart(path) : OpenForeignPart(host_, path), path};
 }
 
@@ -155,7 +156,7 @@ nuo::string LibraryResources::Import(nuo::string_ref value, nuo::string_ref fold
     if (value.empty()) return {};
     nuo::string source;
     if (IsResourceUri(value)) {
-        if (IsOwn(ResourcePath(value))) return {};
+        if (IsOwn(WithSlashes(ResourcePath(value)))) return {};
         source = nuo::string(value);
     } else {
         source = host_.ResolvePath(WithoutFileScheme(value));

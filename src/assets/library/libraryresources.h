@@ -56,7 +56,7 @@ public:
 private:
     struct Source {
         nuo::archive::archive_ptr archive;
-        nuo::string_ref name;
+        nuo::string name;
     };
 
     bool IsOwn(nuo::string_ref path) const;

@@ -4,6 +4,7 @@
 
 #include "assets/manager/base/report.h"
 #include "assets/manager/base/resourceprefix.h"
+#include "assets/property/propertyaccess.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/ischemaset.h"
 #include "assets/schema/propertydata.h"
@@ -196,7 +197,7 @@ void SchemaMerger::TakeVersion() {
     const PropertyBase* own = source_.FindProperty(grammar::property::kSchemaVersion);
     PropertyBase* twin = target_.FindProperty(grammar::property::kSchemaVersion);
     if (twin != nullptr) {
-        if (auto* number = DataAs<std::int32_t>(*twin)) *number = source_version_;
+        if (auto* number = ElementOf<std::int32_t>(*twin)) *number = source_version_;
         return;
     }
     PropertyDescriptor& from = own->Descriptor();
