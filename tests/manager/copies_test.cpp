@@ -2,7 +2,11 @@
 
 #include <filesystem>
 
+#include "nuo/common/archive/primitives.h"
+#include "nuo/common/file_archive.h"
 #include "tests/support/managertest.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/zip.h"
 
 namespace halvern_tests {
 namespace {
@@ -255,6 +259,33 @@ TEST_F(Copies, RefreshingFromAFileThatIsGoneBrokenOrAnotherChangesNothing) {
     assets::IAssetLibrary* const saved = Open(path);
     ASSERT_NE(saved, nullptr);
     EXPECT_TRUE(Has(*saved, "Kept"));
+}
+
+// The definitions of one schema cannot be read; the content is that of the file all the same.
+TEST_F(Copies, RefreshingFromAFileThatCannotBeIndexedEndsSharing) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* const library = OpenCopyForWriting(path);
+    ASSERT_TRUE(library->EnableSharedAsset(true, core::UTF8String("tag")));
+    ASSERT_TRUE(AddPreset(*library, "Lost"));
+    {
+        nuo::archive::file_read_write_archive file(path.c_str());
+        velmor::fs::InMemory cache("test");
+        velmor::fs::ZipFs zip(file, cache, "test", false);
+        const std::string part =
+            std::string(kStarterIdentifier) + "/AssetData/InstanceProperties.bin";
+        auto store = zip.create(part.c_str(), velmor::fs::mode_all, velmor::fs::open_existing);
+        const std::string zeros(64, 0);
+        // The first record behind the head of the store and the head of its block.
+        store->query_random()->seek(24);
+        nuo::archive::write_all(*store->query_writer(), {zeros.data(), zeros.size()});
+        store.reset();
+        zip.commit();
+    }
+    EXPECT_TRUE(library->TakeWriteAccessOnCopy());
+    EXPECT_FALSE(Has(*library, "Lost"));
+    EXPECT_FALSE(library->AddSharedAsset(core::UTF8String("texture"), core::UTF8String("n"),
+                                         core::UTF8String("Bitmap-001")));
+    EXPECT_THAT(Reports(), ElementsAre("error: Please call EnableSharedAsset API first."));
 }
 
 TEST_F(Copies, RefreshingBuildsTheIndexOfSharedAssetsAnew) {

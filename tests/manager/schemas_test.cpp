@@ -37,6 +37,15 @@ protected:
         Manager().GetSchemaAt(index)->GetId(id);
         return id.AsUTF8();
     }
+    // GenericSchema in the shared set, with another default than the file of the tests has.
+    assets::IAssetSchema* Shifted() {
+        std::string text = ReadFile(DataFile("schemas/GenericSchema.xml"));
+        text.replace(text.find("1.52"), 4, "2.5");
+        WriteFile(Path("GenericSchema.xml"), text);
+        std::filesystem::copy_file(DataFile("schemas/CommonSchema.xml"), Path("CommonSchema.xml"));
+        return Manager().LoadSchemaFromFolder(core::UTF8String("GenericSchema"),
+                                              core::UTF8String(Folder().c_str()));
+    }
     assets::IAssetSchema* Find(const char* name) {
         return Manager().FindSchema(core::UTF8String(name));
     }
@@ -152,6 +161,8 @@ TEST_F(Schemas, AParentThatTheSharedSetLacksIsRefused) {
     assets::IAssetSchema* const batch = loader->LoadSchema(&reader);
     ASSERT_NE(batch, nullptr);
     EXPECT_EQ(Make("Child", "", batch), nullptr);
+    // One that exists is given back whatever the parent.
+    EXPECT_EQ(Make("CommonSchema", "", batch), Find("CommonSchema"));
     EXPECT_EQ(Manager().CreateInstanceFromSchema(batch, nullptr, nullptr), nullptr);
     EXPECT_TRUE(loader->Commit());
     loader->Release();
@@ -211,6 +222,34 @@ TEST_F(Schemas, AnInstanceOfALibrarysSchemaOutlivesTheLibrary) {
     EXPECT_TRUE(Unload(library));
     EXPECT_EQ(instance->GetSchema(), Find("GenericSchema"));
     instance->Release();
+}
+
+double NumberOf(assets::IPropertyTable& table, const wchar_t* name) {
+    return dynamic_cast<assets::IScalarValue*>(table.FindProperty(name)->GetValue())->GetValue();
+}
+
+// Of two schemas of one name and version that differ, the shared set keeps the first.
+TEST_F(Schemas, AnInstanceOfALibrarysSchemaHasTheDefaultsOfThatSchema) {
+    Shifted();
+    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
+    ASSERT_NE(library, nullptr);
+    assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
+    assets::IAssetInstance* const instance =
+        Manager().CreateInstanceFromSchema(definition->GetSchema(), nullptr, nullptr);
+    ASSERT_NE(instance, nullptr);
+    definition->Release();
+    EXPECT_TRUE(Unload(library));
+    EXPECT_EQ(NumberOf(*instance, L"generic_refraction_index"), 1.52);
+    EXPECT_EQ(instance->GetSchema(), Find("GenericSchema"));
+    EXPECT_EQ(NumberOf(*Find("GenericSchema"), L"generic_refraction_index"), 2.5);
+    instance->Release();
+}
+
+TEST_F(Schemas, AFolderWhoseSchemaTheSharedSetRefusesGivesTheOneThatIsThere) {
+    assets::IAssetSchema* const first = Shifted();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(Load("GenericSchema"), first);
+    EXPECT_EQ(NumberOf(*first, L"generic_refraction_index"), 2.5);
 }
 
 TEST_F(Schemas, InstancesGainThePropertiesThatTheirSchemaGains) {

@@ -187,8 +187,6 @@ private:
     bool for_writing_;
     bool file_writable_;
     bool shared_asset_enabled_ = false;
-    // A save has changed the package, and the file does not have it yet.
-    bool commit_pending_ = false;
     LockFile lock_;
 };
 

@@ -19,7 +19,7 @@ bool AssetLibrary::TakeWriteAccess() {
 
 // After a save that did not reach the file the records count on blocks that the file does not have.
 bool AssetLibrary::GiveUpWriteAccess() {
-    if (commit_pending_) return false;
+    if (Document().HasUncommittedSave()) return false;
     const bool reopened = Guarded([this] {
         if (auto* writer = nuo::archive::get_writer(*stack_.layer->archive)) writer->sync();
         Reopen(false);
@@ -60,9 +60,10 @@ bool AssetLibrary::Reload() {
     const nuo::string tag(Document().Shared().Tag());
     Document().PrepareForReload();
     std::swap(stack_, fresh);
-    commit_pending_ = false;
-    UpgradeIfNeeded();
-    return !shared_asset_enabled_ || IndexSharedAssets(tag);
+    // The new content stands, whatever comes of it below.
+    Guarded([this] { UpgradeIfNeeded(); });
+    if (shared_asset_enabled_) IndexSharedAssets(tag);
+    return true;
 }
 
 }  // namespace korvanet::platform::assets

@@ -7,9 +7,6 @@ namespace korvanet::platform::assets {
 
 bool AssetLibrary::Save() {
     if (!Document().MaySave() || !stack_.layer->Writable()) return false;
-    // From here on records may have moved to blocks that the file does not have, also when the
-    // document gives up halfway.
-    commit_pending_ = true;
     if (!Document().Save()) return false;
     if (!Guarded([this] { Commit(); })) return false;
     return !IsOnCopy() || Guarded(false, [this] { return CopyBack(); });
@@ -20,7 +17,6 @@ void AssetLibrary::Commit() {
     stack_.package->sync();
     stack_.layer->Commit();
     Document().NoteCommit();
-    commit_pending_ = false;
 }
 
 // In one pass, from the start. Should it fail, the source is cut short and the copy is whole: the

@@ -52,10 +52,10 @@ IAssetSchema* AssetLibraryManager::LoadSchemaFromFolder(const IString& name,
         const nuo::string id = ToUtf8(name);
         KRVTSchemaDefinition* const loaded =
             Guarded(nullptr, [&] { return batch.LoadFromFolder(ToUtf8(folder), id); });
-        const bool promoted =
-            loaded != nullptr && Guarded(false, [&] { return schemas_->AddSchema(loaded); });
+        // One that the shared set refuses has a namesake there.
+        if (loaded != nullptr) Guarded(false, [&] { return schemas_->AddSchema(loaded); });
         batch.Clear();
-        return promoted ? FindGlobalSchema(id) : nullptr;
+        return loaded != nullptr ? FindGlobalSchema(id) : nullptr;
     });
 }
 
@@ -64,6 +64,7 @@ IAssetSchema* AssetLibraryManager::CreateSchema(const IString& name, const IStri
                                                 const IString& assetType, IAssetSchema* parent) {
     return Guarded(nullptr, [&]() -> KRVTSchemaDefinition* {
         if (name.IsEmpty()) return nullptr;
+        if (KRVTSchemaDefinition* const existing = FindGlobalSchema(ToUtf8(name))) return existing;
         const KRVTSchemaDefinition* base = nullptr;
         if (parent != nullptr) {
             const KRVTSchemaDefinition* const given = AsSchemaDefinition(parent);
@@ -90,20 +91,24 @@ IAssetInstance* AssetLibraryManager::CreateInstanceFromSchema(IAssetSchema* sche
                                                               const IString* identifier,
                                                               const IString* libraryIdentifier) {
     return Guarded(nullptr, [&]() -> IAssetInstance* {
-        const KRVTSchemaDefinition* const given = AsSchemaDefinition(schema);
-        KRVTSchemaDefinition* const shared =
-            given != nullptr ? FindGlobalSchema(given->Id()) : nullptr;
-        return shared != nullptr ? MakeInstance(*shared, identifier, libraryIdentifier) : nullptr;
+        KRVTSchemaDefinition* const given = AsSchemaDefinition(schema);
+        return given != nullptr ? MakeInstance(*given, identifier, libraryIdentifier) : nullptr;
     });
 }
 
-// The definition stands in no namespace: it lives as long as its instance.
+// The definition stands in no namespace: it lives as long as its instance. It has the values of the
+// schema that was given, and belongs to the twin of that in the shared set, which no library or
+// batch takes along when it goes.
 IAssetInstance* AssetLibraryManager::MakeInstance(KRVTSchemaDefinition& schema,
                                                   const IString* identifier,
                                                   const IString* libraryIdentifier) {
+    KRVTSchemaDefinition* const shared = FindGlobalSchema(schema.Id());
+    if (shared == nullptr) return nullptr;
     const nuo::string name = identifier != nullptr ? ToUtf8(*identifier) : nuo::string();
     const intrusive_ptr<AssetDefinition> definition(
         &MakeDefinition(schema, velmor::Namespace(), name));
+    definition->SetBase(shared);
+    definition->SetSource(shared);
     if (libraryIdentifier != nullptr) definition->SetAssetLibId(ToUtf8(*libraryIdentifier));
     return definition->CreateInstanceIn(global_.tmpAsset);
 }

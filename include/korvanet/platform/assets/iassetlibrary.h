@@ -127,6 +127,7 @@ public:
     /// Loads the library's file anew into the private copy that this library works on; what was not
     /// saved is lost. Definitions and instances that are held stay valid, but leave the library.
     /// False, and nothing changed, when the library is not on a copy or the file cannot be read.
+    /// Shared assets are indexed anew; when a definition of the file cannot be read they are off.
     virtual bool TakeWriteAccessOnCopy() = 0;
 
     /// Does the library work on a private copy of its file?
