@@ -1,5 +1,4 @@
-// The order of the virtual operations is what a host that was compiled earlier relies on. A pointer
-// to a virtual member tells its place in the table of the class.
+// A host that was compiled earlier relies on the order of the virtual operations.
 
 #include <korvanet/platform/assets/iassetdefinition.h>
 #include <korvanet/platform/assets/iassetlibrarymanager.h>
@@ -9,31 +8,16 @@
 #include <korvanet/platform/assets/reportsink.h>
 #include <korvanet/platform/core/registry.h>
 
+#include "tests/support/virtualslots.h"
+
 namespace {
 
 using namespace korvanet::platform::assets;
 using namespace korvanet::platform::core;
 
-// A destructor has two places of its own and no pointer.
-constexpr long kDestructor = -1;
-
-template <class Signature, class Class>
-long Place(Signature Class::*operation) {
-    std::uintptr_t raw = 0;
-    std::memcpy(&raw, &operation, sizeof(raw));
-    return static_cast<long>((raw - 1) / sizeof(void*));
-}
-
-void ExpectOrder(long next, std::initializer_list<long> places) {
-    int count = 0;
-    for (const long place : places) {
-        if (place != kDestructor) {
-            EXPECT_EQ(place, next) << "operation " << count;
-        }
-        next += place == kDestructor ? 2 : 1;
-        ++count;
-    }
-}
+using halvern_tests::ExpectOrder;
+using halvern_tests::kDestructor;
+using halvern_tests::Place;
 
 TEST(InterfaceOrder, Streams) {
     ExpectOrder(
