@@ -5,11 +5,18 @@
 #include <string>
 
 #include "nuo/common/string.h"
+#include "tests/support/virtualslots.h"
 
 namespace {
 
 using nuo::any;
 using nuo::any_cast;
+
+TEST(Any, OperationsOfAPlaceholderKeepTheirOrder) {
+    using halvern_tests::Place;
+    halvern_tests::ExpectOrder(0, {halvern_tests::kDestructor, Place(&any::placeholder::type),
+                                   Place(&any::placeholder::clone)});
+}
 
 TEST(Any, EmptyOneHasTheTypeOfVoid) {
     const any empty;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "nuo/common/string.h"
+#include "tests/support/virtualslots.h"
 
 namespace {
 
@@ -14,6 +15,12 @@ TEST(Exception, WithoutTextGivesTheEmptyTextAndNotNull) {
     const nuo::context_exception<lamp_broken> failure;
     EXPECT_EQ(failure.what(), nuo::empty_text());
     EXPECT_STREQ(failure.what(), "");
+}
+
+TEST(Exception, OperationsKeepTheirOrder) {
+    using halvern_tests::Place;
+    halvern_tests::ExpectOrder(0, {halvern_tests::kDestructor, Place(&nuo::exception::what),
+                                   Place(&nuo::exception::append)});
 }
 
 TEST(Exception, AppendAddsAndIgnoresNull) {

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/virtualslots.h"
+
 namespace {
+
+using halvern_tests::ExpectOrder;
+using halvern_tests::kDestructor;
+using halvern_tests::Place;
 
 class OtherHeap : public nuo::plain_heap {};
 
@@ -31,6 +37,23 @@ TEST(Heap, PlainHeapGivesWritableMemory) {
     ASSERT_NE(block, nullptr);
     block[15] = 'x';
     plain.free(block, 16, 8);
+}
+
+TEST(Heap, OperationsKeepTheirOrder) {
+    ExpectOrder(0, {Place(&nuo::heap::malloc), Place(&nuo::heap::free),
+                    Place(&nuo::heap::extern_heap), Place(&nuo::heap::equal_to), kDestructor});
+}
+
+// Behind the four operations of a heap and its destructor.
+TEST(ExternHeap, OperationsContinueThoseOfAHeap) {
+    using nuo::ext_heap;
+    ExpectOrder(6, {Place(&ext_heap::allocate_block), Place(&ext_heap::release_block),
+                    Place(&ext_heap::block_size), Place(&ext_heap::resize_block),
+                    Place(&ext_heap::map_block), Place(&ext_heap::map_block_part),
+                    Place(&ext_heap::unmap_block), Place(&ext_heap::read_block),
+                    Place(&ext_heap::write_block), Place(&ext_heap::block_count),
+                    Place(&ext_heap::used_size), Place(&ext_heap::free_size),
+                    Place(&ext_heap::native_handle)});
 }
 
 TEST(ExternHeap, OwnsNothing) {

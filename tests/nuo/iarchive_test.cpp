@@ -5,10 +5,48 @@
 #include <memory>
 
 #include "nuo/common/buffer_archive.h"
+#include "tests/support/virtualslots.h"
 
 namespace {
 
 using namespace nuo::archive;
+using halvern_tests::ExpectOrder;
+using halvern_tests::kDestructor;
+using halvern_tests::Place;
+
+TEST(Archive, QueriesKeepTheirOrder) {
+    ExpectOrder(0,
+                {Place(&iarchive::query_reader), Place(&iarchive::query_writer),
+                 Place(&iarchive::query_random), Place(&iarchive::query_forward),
+                 Place(&iarchive::query_sequence), Place(&iarchive::query_deletor), kDestructor});
+}
+
+// `place` came later and stands behind the operations that readers have had always.
+TEST(Archive, OperationsOfAReaderKeepTheirOrder) {
+    ExpectOrder(0, {Place(&reader::read), Place(&reader::readable), Place(&reader::view_rd),
+                    Place(&reader::viewable), kDestructor, Place(&reader::place)});
+}
+
+TEST(Archive, OperationsOfAWriterKeepTheirOrder) {
+    ExpectOrder(
+        0, {Place(&writer::write), Place(&writer::truncate), Place(&writer::writable),
+            Place(&writer::sync), Place(&writer::view_wr), Place(&writer::viewable), kDestructor});
+}
+
+TEST(Archive, SeekContinuesTheOperationsOfASequence) {
+    ExpectOrder(
+        0, {Place(&sequence::offset), Place(&sequence::size), kDestructor, Place(&forward::seek)});
+    ExpectOrder(4, {Place(&nuo::archive::random::seek)});
+}
+
+TEST(Archive, OperationsOfADeletorKeepTheirOrder) {
+    ExpectOrder(0, {Place(&nuo::ideletor::destroy), kDestructor});
+}
+
+TEST(Archive, OperationsOfAViewKeepTheirOrder) {
+    ExpectOrder(
+        0, {Place(&view_imp::data), Place(&view_imp::offset), Place(&view_imp::size), kDestructor});
+}
 
 TEST(Archive, QueryForAMissingCapabilityGivesNull) {
     nuo::buffer<nuo::byte> bytes;

@@ -6,6 +6,8 @@
 #include <map>
 #include <vector>
 
+#include "tests/support/virtualslots.h"
+
 namespace {
 
 using IntTraits = nuo::const_itr_traits<int>;
@@ -148,6 +150,15 @@ TEST(Iterator, ArrowReachesMembers) {
     using Pair = std::pair<const int, int>;
     const auto pairs = nuo::make_range<Pair>(map.begin(), map.end());
     EXPECT_EQ(pairs.first->second, 9);
+}
+
+TEST(IteratorImp, OperationsKeepTheirOrder) {
+    using halvern_tests::Place;
+    using Base = nuo::IteratorImpBase<IntTraits>;
+    halvern_tests::ExpectOrder(
+        0, {Place(&Base::current), Place(&Base::next), Place(&Base::previous), Place(&Base::clone),
+            Place(&Base::destroy), Place(&Base::equal_to), Place(&Base::swap),
+            halvern_tests::kDestructor, Place(&Base::storage_size)});
 }
 
 TEST(IteratorImp, CloneIntoNullGivesNull) {
