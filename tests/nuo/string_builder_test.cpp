@@ -84,6 +84,26 @@ TEST(StringBuilder, ASizeThatLeavesNoRoomForTheNulIsRefused) {
     EXPECT_STREQ(text.c_str(), "kept");
 }
 
+TEST(StringBuilder, SwapExchangesHeapSizeCapacityAndText) {
+    CountingHeap first, second;
+    string_builder a(first), b(second);
+    a.append("abc");
+    b.append("a text that is longer than the other one");
+    const char* const short_text = a.data();
+    const char* const long_text = b.data();
+    const std::uint64_t short_room = a.capacity();
+    const std::uint64_t long_room = b.capacity();
+    a.swap(b);
+    EXPECT_EQ(a.data(), long_text);
+    EXPECT_EQ(a.size(), 40u);
+    EXPECT_EQ(a.capacity(), long_room);
+    EXPECT_EQ(&a.get_allocator(), &second);
+    EXPECT_EQ(b.data(), short_text);
+    EXPECT_EQ(b.size(), 3u);
+    EXPECT_EQ(b.capacity(), short_room);
+    EXPECT_EQ(&b.get_allocator(), &first);
+}
+
 TEST(StringBuilder, AssignmentTakesOverTheHeap) {
     CountingHeap first, second;
     string_builder target(first), source(second);
