@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/virtualslots.h"
 #include "velmor/array.h"
 #include "velmor/support.h"
 
@@ -44,6 +45,15 @@ protected:
     TypeBuilder builder;
     ScopedObjectCreator creator;
 };
+
+TEST(TypeMethods, OperationsKeepTheirOrder) {
+    using halvern_tests::Place;
+    halvern_tests::ExpectOrder(0, {Place(&TypeMethods::construct), Place(&TypeMethods::destruct),
+                                   Place(&TypeMethods::assign), Place(&TypeMethods::deserialize),
+                                   Place(&TypeMethods::serialize), Place(&TypeMethods::beginLayout),
+                                   Place(&TypeMethods::nextLayout), Place(&TypeMethods::typeinfo),
+                                   Place(&TypeMethods::extendMethods), halvern_tests::kDestructor});
+}
 
 TEST_F(TypeMethodsTest, ALayoutStartsWithNothing) {
     std::uint64_t payload = 9, offset = 9, alignment = 9;

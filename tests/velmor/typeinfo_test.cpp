@@ -2,8 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/virtualslots.h"
+
 namespace velmor {
 namespace {
+
+TEST(TypeInfo, OperationsKeepTheirOrder) {
+    halvern_tests::ExpectOrder(
+        0, {halvern_tests::Place(&TypeInfoHandle::equal_to), halvern_tests::kDestructor});
+}
 
 TEST(TypeInfo, OneStaticObjectStandsForEachClass) {
     EXPECT_EQ(&TypeInfo<int>::instance(), &TypeInfo<int>::instance());
