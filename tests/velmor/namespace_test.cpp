@@ -363,6 +363,28 @@ TEST_F(MovingNamespaceTest, ATakenObjectMovesNothing) {
     EXPECT_EQ(builder.get().findObject("object").value, object);
 }
 
+TEST_F(MovingNamespaceTest, OfConflictsInSeveralKindsTypesAreToldFirstThenChildrenThenAliases) {
+    const auto told = [this] {
+        return textOf<conflict_namespace_child_name>([this] { builder.adoptChildrenBy(target); });
+    };
+    addObject(target, "object", type("int"));
+    addAlias(target, "alias", Type());
+    EXPECT_EQ(told(), "name existed in target namesapcealias");
+    makeNamespace("target.child");
+    EXPECT_EQ(told(), "name existed in target namesapcechild");
+    addType(target, "type");
+    EXPECT_EQ(told(), "name existed in target namesapcetype");
+}
+
+TEST_F(MovingNamespaceTest, OfConflictsInOneKindTheFirstNameIsTold) {
+    for (const char* name : {"b", "a"}) {
+        addType(builder.get(), name);
+        addType(target, name);
+    }
+    EXPECT_EQ(textOf<conflict_namespace_child_name>([&] { builder.adoptChildrenBy(target); }),
+              "name existed in target namesapcea");
+}
+
 TEST_F(MovingNamespaceTest, OneNameForDifferentKindsDoesNotConflict) {
     addType(target, "child");
     makeNamespace("target.type");
@@ -388,6 +410,40 @@ TEST_F(NamespaceTest, ClearingForgetsNameAndParentButNoObject) {
     EXPECT_TRUE(imp.aliases.empty());
     EXPECT_EQ(imp.objects.size(), 1u);
     runtime.removeObjects(space);
+}
+
+/// Notes that a text from it goes.
+class NotingHeap : public nuo::plain_heap {
+public:
+    NotingHeap(const char* what, std::vector<std::string>& log) : what_(what), log_(log) {}
+    void free(void* block, std::uint64_t size, std::uint64_t alignment) override {
+        log_.emplace_back(what_);
+        plain_heap::free(block, size, alignment);
+    }
+
+private:
+    const char* what_;
+    std::vector<std::string>& log_;
+};
+
+TEST(Namespace, ClearingEndsTheNameThenChildrenThenTypesThenAliases) {
+    std::vector<std::string> log;
+    NotingHeap names("name", log), children("child", log), inner("type of the child", log),
+        types("type", log), aliases("alias", log);
+    const auto named = [](auto* record, NotingHeap& heap) {
+        nuo::string("x", heap).swap(record->name);
+        return record;
+    };
+    NamespaceImp imp;
+    named(&imp, names);
+    imp.aliases.emplace("x", named(new TypeAliasImp, aliases));
+    imp.types.emplace("x", named(new TypeImp, types));
+    NamespaceImp* const child = named(new NamespaceImp, children);
+    child->types.emplace("x", named(new TypeImp, inner));
+    imp.children.emplace("x", child);
+    imp.clear();
+    EXPECT_EQ(log,
+              (std::vector<std::string>{"name", "child", "type of the child", "type", "alias"}));
 }
 
 TEST_F(NamespaceTest, ARaisedPathTellsWhereItWasRaised) {

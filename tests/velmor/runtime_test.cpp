@@ -181,6 +181,32 @@ TEST_F(RuntimeTest, AValueMayEraseItsOwnEntryWhileItIsRemoved) {
     EXPECT_EQ(heap.bytes, 0u);
 }
 
+/// A value that looks itself up when it ends.
+struct SelfSeeker {
+    Namespace space;
+    static inline std::vector<bool> found;
+
+    ~SelfSeeker() {
+        if (space.valid()) found.push_back(space.findObject("self").name != nullptr);
+    }
+};
+
+TEST_F(RuntimeTest, AValueFindsItselfWhileItIsRemovedByNameAloneAndNotOtherwise) {
+    TypeBuilder builder;
+    const Type seeker = builder.begin(&PrimitiveMethods<SelfSeeker>::instance())
+                            .setName("SelfSeeker")
+                            .endBuild()
+                            .adoptBy(root);
+    SelfSeeker::found.clear();
+    bind<SelfSeeker>(addObject(root, "self", seeker))->space = root;
+    EXPECT_TRUE(runtime.removeObject(root, "self"));
+    EXPECT_EQ(SelfSeeker::found, std::vector<bool>{true});
+    const Object object = addObject(root, "self", seeker);
+    bind<SelfSeeker>(object)->space = root;
+    EXPECT_TRUE(runtime.removeObject(root, "self", object));
+    EXPECT_EQ(SelfSeeker::found, (std::vector<bool>{true, false}));
+}
+
 TEST_F(RuntimeTest, RemoveChildEndsItsObjectsAndTypes) {
     const Namespace child = makeNamespace("child");
     addObject(child, "o", probeType());

@@ -247,6 +247,20 @@ TEST_F(TypeBuilderTest, AModelIsTakenOverButForNameAndParent) {
     EXPECT_EQ(generic.unresolvedArgs(), 1u);
 }
 
+TEST_F(TypeBuilderTest, AnInstanceOfAModelSkipsTheModelsBasesWhenAMemberIsNamed) {
+    const Type model = builder.begin()
+                           .setName("model")
+                           .addBase("double", type("double"))
+                           .addMember("n", "int", type("int"))
+                           .endBuild()
+                           .adoptBy(root);
+    const Type made = builder.begin().setName("made").setModel(model).endBuild().adoptBy(root);
+    ASSERT_EQ(made.items().size(), 2u);
+    EXPECT_EQ(made.member(""), nullptr) << "the base has an empty name";
+    EXPECT_EQ(made.member("n"), &made.items()[1]);
+    EXPECT_EQ(made.items()[0].kind(), TypeItem::kBase);
+}
+
 TEST_F(TypeBuilderTest, AnInstanceOfAnInstancePointsToTheFirstGeneric) {
     const Type generic = type("array");
     const Type first = builder.begin().setName("first").setModel(generic).endBuild().adoptBy(root);
