@@ -1,12 +1,24 @@
 #include "assets/property/halverntypes.h"
 
+#include <cstring>
+
+#include "assets/property/colorvalues.h"
+#include "assets/property/numbervalues.h"
+#include "assets/property/propertymethods.h"
+#include "nuo/common/buffer_archive.h"
 #include "property/fixture.h"
 #include "velmor/start_runtime.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
-class HalvernTypesTest : public PropertyTest {};
+class HalvernTypesTest : public PropertyTest {
+protected:
+    // The type of the native part of a value class.
+    velmor::Type NativeOf(ValueClass value) const {
+        return context.types.Value(value).items()[0].type();
+    }
+};
 
 TEST_F(HalvernTypesTest, ACompositeHasOperationLinkAndDataInThisOrder) {
     for (std::size_t i = kFirstValueClass; i < kEndOfValueClasses; ++i) {
@@ -89,6 +101,67 @@ TEST_F(HalvernTypesTest, AssigningAValueObjectCopiesMarkDescriptorAndMembers) {
     EXPECT_EQ(TextOf(target), "text");
     type.methods().assign(target.AsObject(), target.AsObject());
     EXPECT_EQ(TextOf(target), "text");
+}
+
+TEST_F(HalvernTypesTest, TheNativePartHasNoOwnerOnceItIsConstructed) {
+    for (std::size_t i = kFirstValueClass; i < kEndOfValueClasses; ++i) {
+        const velmor::Type native = NativeOf(static_cast<ValueClass>(i));
+        SCOPED_TRACE(ValueClassName(static_cast<ValueClass>(i)));
+        void* memory = heap.malloc(native.payload(), native.alignment(), nullptr);
+        std::memset(memory, 0xFF, native.payload());
+        const velmor::Object object(native, memory);
+        native.methods().construct(object, &heap, nullptr);
+        EXPECT_EQ(static_cast<PropertyBase*>(memory)->Owner(), nullptr);
+        native.methods().destruct(object);
+        heap.free(memory, native.payload(), native.alignment());
+    }
+}
+
+TEST_F(HalvernTypesTest, TheNativePartWritesAndReadsNothing) {
+    const nuo::byte bytes[] = {0, 1, 2, 3};
+    nuo::buffer<nuo::byte> stored;
+    stored.append(bytes, bytes + std::size(bytes));
+    for (std::size_t i = kFirstValueClass; i < kEndOfValueClasses; ++i) {
+        const auto value = static_cast<ValueClass>(i);
+        SCOPED_TRACE(ValueClassName(value));
+        PropertyBase& property = Make(value);
+        const PropertyDescriptor* const descriptor = &property.Descriptor();
+        const velmor::Type native = NativeOf(value);
+        const velmor::Object part(native, &property);
+        nuo::archive::mem_write_archive written;
+        native.methods().serialize(written, part);
+        EXPECT_EQ(written.size(), 0u);
+        nuo::archive::buffer_in read(stored);
+        native.methods().deserialize(read, part, &heap, nullptr);
+        EXPECT_EQ(read.offset(), 0u);
+        EXPECT_TRUE(property.IsMarked());
+        EXPECT_EQ(&property.Descriptor(), descriptor);
+    }
+}
+
+TEST_F(HalvernTypesTest, NoItemChangesTheLayoutOfTheNativePart) {
+    const velmor::TypeItem& item = context.types.Value(ValueClass::kScalarValue).items()[2];
+    ASSERT_TRUE(item.valid());
+    std::uint64_t payload = 3, offset = 5, alignment = 2;
+    bool pod = true;
+    NativeOf(ValueClass::kStringValue).methods().nextLayout(item, payload, offset, alignment, pod);
+    EXPECT_EQ(payload, 3u);
+    EXPECT_EQ(offset, 5u);
+    EXPECT_EQ(alignment, 2u);
+    EXPECT_TRUE(pod);
+}
+
+TEST_F(HalvernTypesTest, TheNativePartIsKnownByTheTagOfItsClass) {
+    const auto tag = [this](ValueClass value) { return &NativeOf(value).methods().typeinfo(); };
+    EXPECT_EQ(tag(ValueClass::kScalarValue), &velmor::TypeInfo<ScalarValue>::instance());
+    EXPECT_EQ(tag(ValueClass::kVector3Value), &velmor::TypeInfo<Vector3Value>::instance());
+    EXPECT_EQ(tag(ValueClass::kColor4List), &velmor::TypeInfo<Color4List>::instance());
+    EXPECT_EQ(&HalvernPropertyMethods<BooleanValue>::Instance().typeinfo(),
+              &velmor::TypeInfo<BooleanValue>::instance());
+    for (std::size_t i = kFirstValueClass; i < kEndOfValueClasses; ++i) {
+        for (std::size_t j = kFirstValueClass; j < i; ++j)
+            EXPECT_NE(*tag(static_cast<ValueClass>(i)), *tag(static_cast<ValueClass>(j)));
+    }
 }
 
 TEST_F(HalvernTypesTest, TheNativePartComparesByItsInterfaceAlone) {

@@ -1,7 +1,10 @@
 #include "assets/property/property.h"
 
 #include "assets/localization/localizationmanagerimp.h"
+#include "assets/property/choicevalues.h"
+#include "assets/property/colorvalues.h"
 #include "property/fixture.h"
+#include "tests/support/virtualslots.h"
 #include "velmor/vocabulary.h"
 
 namespace korvanet::platform::assets {
@@ -51,6 +54,32 @@ const ClassRow kClasses[] = {
 };
 
 class PropertyBaseTest : public PropertyTest {};
+
+// The operations of a class stand behind those of every property, with overrides among them.
+template <class Value>
+void ExpectOrderOfBounds() {
+    using halvern_tests::Place;
+    EXPECT_LT(Place(&IProperty::IsEqualTo), Place(&Value::IsOutOfBounds));
+    EXPECT_LT(Place(&Value::IsOutOfBounds), Place(&Value::SetBounds));
+}
+
+TEST(PropertyBase, WhatTheClassesAddKeepsItsOrder) {
+    using halvern_tests::Place;
+    ExpectOrderOfBounds<IntegerValue>();
+    ExpectOrderOfBounds<IntegerList>();
+    ExpectOrderOfBounds<ScalarValue>();
+    ExpectOrderOfBounds<ScalarList>();
+    ExpectOrderOfBounds<ChoiceValue>();
+    ExpectOrderOfBounds<ChoiceListValue>();
+    EXPECT_LT(Place(&ChoiceValue::SetBounds), Place(&ChoiceValue::SetChoices));
+    EXPECT_LT(Place(&ChoiceListValue::SetBounds), Place(&ChoiceListValue::SetChoices));
+    halvern_tests::ExpectOrder(Place(&Color3List::GetColor),
+                               {Place(&Color3List::GetColor), Place(&Color3List::SetColor),
+                                Place(&Color3List::IsOutOfBounds)});
+    halvern_tests::ExpectOrder(Place(&Color4List::GetColor),
+                               {Place(&Color4List::GetColor), Place(&Color4List::SetColor),
+                                Place(&Color4List::IsOutOfBounds)});
+}
 
 TEST_F(PropertyBaseTest, EveryClassHasItsCodeDataTypeAndDimension) {
     EXPECT_EQ(std::size(kClasses), kEndOfValueClasses - kFirstValueClass);
