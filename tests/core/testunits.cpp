@@ -1,5 +1,6 @@
-// A units service that knows one unit of its own, and a word of its own for the metre. Built a
-// second time without its last function, as one that is incomplete.
+// A units service that knows one unit of its own, a word of its own for the metre, and a name of
+// 255 and one of 256 characters. Built a second time without its last function, as one that is
+// incomplete.
 
 #include <cstddef>
 #include <cwchar>
@@ -18,15 +19,23 @@ EXPORT int HalvernUnitsGetUnitType(const wchar_t* name, int* code) {
 }
 
 EXPORT int HalvernUnitsGetGlobalNameLength(int code, std::size_t* length) {
-    if (code != 8999) return 1;
-    *length = 7;
+    if (code == 8999) {
+        *length = 7;
+    } else if (code == 9255 || code == 9256) {
+        *length = code - 9000;
+    } else {
+        return 1;
+    }
     return 0;
 }
 
 #ifndef INCOMPLETE
 EXPORT int HalvernUnitsGetGlobalName(int code, wchar_t* buffer, std::size_t size) {
-    if (code != 8999 || size < 8) return 1;
-    std::wmemcpy(buffer, L"furlong", 8);
+    std::size_t length = 0;
+    if (HalvernUnitsGetGlobalNameLength(code, &length) != 0 || size <= length) return 1;
+    std::wmemset(buffer, L'x', length);
+    if (code == 8999) std::wmemcpy(buffer, L"furlong", length);
+    buffer[length] = L'\0';
     return 0;
 }
 #endif

@@ -69,6 +69,12 @@ TEST_F(UnitsTest, WordsOutsideTheTableGoToTheService) {
     EXPECT_EQ(Word(8193), "NotSpecified");
 }
 
+TEST_F(UnitsTest, ANameOfMoreThan255CharactersIsNone) {
+    service.SetPath((halvern_tests::BuildFolder() + "/tests/libtest_units.so").c_str());
+    EXPECT_EQ(Word(9255), std::string(255, 'x'));
+    EXPECT_EQ(Word(9256), "NotSpecified");
+}
+
 TEST_F(UnitsTest, TheWordsOfLengthsAreThoseOfTheTableAlone) {
     service.SetPath((halvern_tests::BuildFolder() + "/tests/libtest_units.so").c_str());
     for (const UnitCase& each : kCases) {
