@@ -1,5 +1,8 @@
 #include "assets/property/colorvalues.h"
 
+#include <cmath>
+#include <limits>
+
 #include "property/fixture.h"
 
 namespace korvanet::platform::assets {
@@ -43,6 +46,33 @@ TEST_F(ColorValuesTest, AColourOfFourKeepsAlphaBetweenZeroAndOneToo) {
     EXPECT_THAT(Read(value), ElementsAre(0.1, 0.2, 0.3, 0.4));
     EXPECT_THAT(reports.lines,
                 ElementsAre("error: Value out of range", "error: Value out of range"));
+}
+
+TEST_F(ColorValuesTest, WhatIsNotANumberIsNoComponent) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    auto& three = MakeValue<IColorValue>(ValueClass::kColor3Value);
+    auto& four = MakeValue<IColorValue>(ValueClass::kColor4Value);
+    for (IColorValue* value : {&three, &four}) {
+        EXPECT_FALSE(value->SetValue(nan, 0.5, 0.5, 0.5));
+        EXPECT_FALSE(value->SetValue(0.5, nan, 0.5, 0.5));
+        EXPECT_FALSE(value->SetValue(0.5, 0.5, nan, 0.5));
+    }
+    EXPECT_FALSE(four.SetValue(0.5, 0.5, 0.5, nan));
+    EXPECT_EQ(reports.lines, std::vector<std::string>(7, "error: Value out of range"));
+    EXPECT_THAT(Read(three), ElementsAre(0.0, 0.0, 0.0, 1.0));
+    EXPECT_THAT(Read(four), ElementsAre(0.0, 0.0, 0.0, 0.0));
+    EXPECT_TRUE(three.SetValue(0.5, 0.5, 0.5, nan)) << "alpha is ignored";
+}
+
+TEST_F(ColorValuesTest, AListTakesWhatIsNotANumber) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (const ValueClass each : {ValueClass::kColor3List, ValueClass::kColor4List}) {
+        auto& list = MakeValue<IColorValue>(each);
+        list.SetDimension(1);
+        EXPECT_TRUE(list.SetValue(nan, 0.5, 0.5, 0.5));
+        EXPECT_TRUE(std::isnan(Read(list).front()));
+    }
+    EXPECT_THAT(reports.lines, IsEmpty());
 }
 
 TEST_F(ColorValuesTest, SingleColoursHaveIndexZeroAlone) {

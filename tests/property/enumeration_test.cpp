@@ -165,6 +165,35 @@ TEST_F(EnumerationTest, OfEqualNamesTheLowerGroupComesFirst) {
     EXPECT_FALSE(walk.Next());
 }
 
+TEST_F(EnumerationTest, OfEqualNamesTheLowerGroupComesFirstOnTheWayBackToo) {
+    Put(kFixed, {"p"});
+    Put(kListed, {"p"});
+    Put(kReadWrite, {"p"});
+    auto& walk = Walk();
+    EXPECT_EQ(walk.Last(), table.FindInGroup(0, "p"));
+    EXPECT_TRUE(walk.Previous());
+    EXPECT_EQ(walk.Current(), table.FindInGroup(1, "p"));
+    EXPECT_TRUE(walk.Previous());
+    EXPECT_EQ(walk.Current(), table.FindInGroup(2, "p"));
+    EXPECT_FALSE(walk.Previous());
+}
+
+TEST_F(EnumerationTest, OfEqualNamesThatOfTheGroupTheWalkStandsInComesFirst) {
+    Put(kReadWrite, {"p"});
+    Put(kFixed, {"o", "p", "q"});
+    auto& walk = Walk();
+    EXPECT_EQ(walk.First(), table.FindInGroup(2, "o"));
+    walk.Next();
+    EXPECT_EQ(walk.Current(), table.FindInGroup(2, "p"));
+    walk.Next();
+    EXPECT_EQ(walk.Current(), table.FindInGroup(0, "p"));
+    EXPECT_EQ(walk.Last(), table.FindInGroup(2, "q"));
+    walk.Previous();
+    EXPECT_EQ(walk.Current(), table.FindInGroup(2, "p"));
+    walk.Previous();
+    EXPECT_EQ(walk.Current(), table.FindInGroup(0, "p"));
+}
+
 TEST_F(EnumerationTest, OnlyPublicPropertiesPassTheFilter) {
     Put(kReadWrite, {"a", "c", "e"});
     Put(kFixed | kPublic, {"b", "d"});

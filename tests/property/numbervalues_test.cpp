@@ -162,6 +162,19 @@ TEST_F(NumberValuesTest, VectorsTakeAnyNumberEvenWithBounds) {
     EXPECT_THAT(reports.lines, ElementsAre("error: Invalid dimension", "error: Invalid dimension"));
 }
 
+TEST_F(NumberValuesTest, FourVectorsAndMatricesTakeAnyNumberEvenWithBounds) {
+    for (const ValueClass each : {ValueClass::kVector4Value, ValueClass::kMatrix44Value}) {
+        auto& value = MakeValue<ScalarValue>(each);
+        const auto bounds = Between(0, 1);
+        value.SetBounds(bounds.get());
+        EXPECT_EQ(value.GetBounds(), static_cast<IBounds*>(bounds.get()));
+        EXPECT_TRUE(value.IsOutOfBounds(-100.0));
+        EXPECT_TRUE(value.SetValue(-100.0, 3)) << ValueClassName(each);
+        EXPECT_EQ(value.GetValue(3), -100.0);
+    }
+    EXPECT_THAT(reports.lines, IsEmpty());
+}
+
 TEST_F(NumberValuesTest, VectorsAndMatricesReachTheirLastElement) {
     auto& vector = MakeValue<Vector4Value>(ValueClass::kVector4Value);
     auto& matrix = MakeValue<Matrix44Value>(ValueClass::kMatrix44Value);

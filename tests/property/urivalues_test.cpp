@@ -108,6 +108,14 @@ TEST_F(UriValuesTest, UrisBelowTheFoldersOfTheLevelsMakeAResolutionSet) {
     EXPECT_STREQ(uri.AsUTF8(), "/textures/1/Mats/a");
 }
 
+TEST_F(UriValuesTest, SkyPresetsMakeAResolutionSetUpToTheFourthLevel) {
+    EXPECT_TRUE(Texture({L"/textures/Environments/SunAndSky/Presets/1/a",
+                         L"/textures/Environments/SunAndSky/Presets/4/a"})
+                    .IsResolutionSet());
+    EXPECT_FALSE(Texture({L"/textures/Environments/SunAndSky/Presets/5/a"}).IsResolutionSet());
+    EXPECT_FALSE(Texture({L"/textures/Environments/SunAndSky/Presets/5"}).IsResolutionSet());
+}
+
 TEST_F(UriValuesTest, OneUriElsewhereMakesAPlainList) {
     EXPECT_FALSE(Texture({L"/textures/1/Mats/a", L"/other/a"}).IsResolutionSet());
     EXPECT_FALSE(Texture({L"/textures/5/Mats/a"}).IsResolutionSet());
