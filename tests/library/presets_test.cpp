@@ -1,4 +1,5 @@
 #include <korvanet/platform/assets/reportsink.h>
+#include <korvanet/platform/core/jpkuuid.h>
 #include <korvanet/platform/core/widestring.h>
 
 #include "assets/asset/assetinstance.h"
@@ -291,6 +292,42 @@ TEST(Presets, TheListingMovesOnWhenTheDefinitionAtItsPositionIsRemoved) {
     }
     EXPECT_EQ(left, "B");
     EXPECT_EQ((*library)->RecordNames().size(), 1U);
+}
+
+TEST(Presets, TheListingAnswersFromTheStoredListingGroup) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition& red = AddPaint(*library, "Red");
+    SetText(red, "UIName", " Red  ");
+    SetText(red, "VersionGUID", "guid");
+    SetUris(red, "thumbnail", {"red.png", "second.png"});
+    dynamic_cast<IBooleanValue&>(*red.FindProperty(nuo::string_ref("Hidden"))->GetValue())
+        .SetValue(true);
+    AddPaint(*library, "Shown");
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    library.reset();
+
+    TestLibrary again(host, bytes, false);
+    AssetDefinitionDataIterator walk(*again, AllDefinitions(*again));
+    UTF8String text;
+    ASSERT_TRUE(walk.GetUIName(text, UTF8String("")));
+    EXPECT_STREQ(text.AsUTF8(), " Red");
+    ASSERT_TRUE(walk.GetThumbnailName(0, text));
+    EXPECT_STREQ(text.AsUTF8(), "thumbnail");
+    ASSERT_TRUE(walk.GetVersionGUID(text));
+    EXPECT_STREQ(text.AsUTF8(), "guid");
+    EXPECT_TRUE(walk.IsHidden());
+    EXPECT_FALSE(again->FindRecord("Red")->instanceLoaded);
+
+    ASSERT_TRUE(walk.Next());
+    EXPECT_FALSE(walk.IsHidden());
+    EXPECT_FALSE(walk.GetThumbnailName(0, text));
+    ASSERT_TRUE(walk.GetVersionGUID(text));
+    EXPECT_TRUE(core::JPKUUID::IsValid(text)) << text.AsUTF8();
+    EXPECT_FALSE(walk.Next());
+    EXPECT_FALSE(walk.GetVersionGUID(text));
+    EXPECT_FALSE(walk.GetThumbnailName(0, text));
+    EXPECT_FALSE(walk.IsHidden());
 }
 
 TEST(Presets, ConnectedCopiesEnterTheSharedAssetsAndLeaveThem) {
