@@ -3,6 +3,7 @@
 #include <korvanet/platform/assets/ivalue.h>
 
 #include "asset/support.h"
+#include "assets/property/propertyfactory.h"
 
 namespace korvanet::platform::assets {
 
@@ -82,6 +83,22 @@ TEST_F(AssetCompareTest, TheNumberOfPropertiesAndTheirFlagsMustMatch) {
     a.Group(PropertyTableImp::kReadWriteGroup).Remove("map");
     b.Group(PropertyTableImp::kReadWriteGroup).Remove("single");
     EXPECT_FALSE(Equal());
+}
+
+TEST_F(AssetCompareTest, AFlagAloneMakesADifference) {
+    const PropertyBase& gloss = Find(a, "gloss");
+    const auto replace = [&](std::uint32_t flags) {
+        OwnedProperty other =
+            MakeProperty(world.context, ValueClass::kScalarValue, "gloss", "", flags);
+        As<IScalarValue>(*other).SetValue(NumberOf(gloss), 0);
+        b.AddProperty(std::move(other));
+    };
+    replace(gloss.GetFlags());
+    EXPECT_TRUE(Equal());
+    replace(gloss.GetFlags() | PropertyFlags::kMetadata);
+    EXPECT_TRUE(gloss.IsEqual(&Find(b, "gloss")));
+    EXPECT_FALSE(Equal());
+    EXPECT_FALSE(Equal(false, true));
 }
 
 TEST_F(AssetCompareTest, ByVersionOnlyTheGuidsCount) {

@@ -188,6 +188,13 @@ TEST_F(AssetInstanceTest, ItLeavesItsRegistryWithItsLastReference) {
     EXPECT_FALSE(library.tmpAsset.findObject(name).value.valid());
 }
 
+TEST_F(AssetInstanceTest, IsDerivedFromItsSchemaAndThatOnesBases) {
+    EXPECT_TRUE(instance.IsDerivedFromSchema(core::UTF8String("MaterialSchema")));
+    EXPECT_TRUE(instance.IsDerivedFromSchema(core::UTF8String("CommonSchema")));
+    EXPECT_FALSE(instance.IsDerivedFromSchema(core::UTF8String("TextureSchema")));
+    EXPECT_FALSE(instance.IsDerivedFromSchema(core::UTF8String("")));
+}
+
 TEST_F(AssetInstanceTest, IsRevisionComparesTheStoredNumber) {
     PutNumber(instance, "revision", 5);
     EXPECT_TRUE(instance.IsRevision(5));

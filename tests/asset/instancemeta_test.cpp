@@ -15,6 +15,83 @@ protected:
     ObserverLog log;
 };
 
+TEST_F(InstanceMetaTest, AnswersWithItsOwnMetaValues) {
+    AssetDefinition& definition = *instance.Definition();
+    for (const char* name :
+         {"UIName", "keyword", "category", "thumbnail", "description", "swatch", "VersionGUID"}) {
+        PutText(definition, name, "of the definition");
+        PutText(instance, name, (std::string("own ") + name + " ").c_str());
+    }
+    PutText(instance, "keyword", "second", 1);
+    PutText(instance, "thumbnail", "second.png", 1);
+    const auto answer = [this](bool found) { return found ? text.AsUTF8() : "(none)"; };
+    EXPECT_STREQ(answer(instance.GetUIName(text, noLocale)), "own UIName");
+    EXPECT_EQ(instance.GetKeywordCount(), 2u);
+    EXPECT_STREQ(answer(instance.GetKeyword(0, text, noLocale)), "own keyword ");
+    EXPECT_STREQ(answer(instance.GetKeyword(1, text, noLocale)), "second");
+    EXPECT_EQ(instance.GetCategoryCount(), 1u);
+    EXPECT_STREQ(answer(instance.GetCategory(0, text, noLocale)), "own category ");
+    EXPECT_EQ(instance.GetThumbnailCount(), 1u);
+    EXPECT_STREQ(answer(instance.GetThumbnailName(0, text)), "thumbnail");
+    EXPECT_STREQ(answer(instance.GetThumbnail(0, text)), "own thumbnail ");
+    EXPECT_STREQ(answer(instance.GetDescription(text, noLocale)), "own description ");
+    EXPECT_STREQ(answer(instance.GetSwatch(text)), "own swatch ");
+    EXPECT_STREQ(answer(instance.GetVersionGUID(text)), "own VersionGUID ");
+    EXPECT_EQ(reports.Take(), Lines{});
+    EXPECT_EQ(log.Take(), Lines{});
+}
+
+TEST_F(InstanceMetaTest, MessagesComeFromTheDomainOfTheInstance) {
+    localization.FindOrCreate("ENG", "A").Set("KEY", "from A ");
+    localization.FindOrCreate("ENG", "B").Set("KEY", "from B ");
+    instance.SetAssetLibId("B");
+    for (const char* name : {"UIName", "keyword", "category", "description"})
+        PutText(instance, name, "KEY");
+    const auto english = S("ENG");
+    EXPECT_TRUE(instance.GetUIName(text, english));
+    EXPECT_STREQ(text.AsUTF8(), "from B");
+    EXPECT_TRUE(instance.GetKeyword(0, text, english));
+    EXPECT_STREQ(text.AsUTF8(), "from B ");
+    EXPECT_TRUE(instance.GetCategory(0, text, english));
+    EXPECT_STREQ(text.AsUTF8(), "from B ");
+    EXPECT_TRUE(instance.GetDescription(text, english));
+    EXPECT_STREQ(text.AsUTF8(), "from B ");
+}
+
+TEST_F(InstanceMetaTest, AnswersWithTheUiDefinitionsAndImplementationsOfItsSchema) {
+    KRVTSchemaDefinition* schema = LoadXml(
+        *world.global, DerivedXml("Ui", "CommonSchema",
+                                  "<ui id='UIDefinition' val='ui.xml'/>"
+                                  "<ui id='AdvancedUIDefinition' val='more.xml'/>"
+                                  "<implementation id='ImplementationGeneric' val='generic.xml'/>"
+                                  "<implementation id='ImplementationCGFX' val='cgfx.xml'/>"));
+    AssetInstance& made = NewInstance(NewDefinition(*schema, "UI"));
+    const auto answer = [this](bool found) { return found ? text.AsUTF8() : "(none)"; };
+    EXPECT_EQ(made.GetUIDefinitionCount(), 2u);
+    EXPECT_STREQ(answer(made.GetUIDefinitionName(1, text)), "AdvancedUIDefinition");
+    EXPECT_STREQ(answer(made.GetUIDefinition(0, text)), "ui.xml");
+    EXPECT_STREQ(answer(made.GetUIDefinition(1, text)), "more.xml");
+    EXPECT_EQ(made.GetImplementationCount(), 2u);
+    EXPECT_STREQ(answer(made.GetImplementationIdentifier(0, text)), "ImplementationCGFX");
+    EXPECT_STREQ(answer(made.GetImplementationUri(0, text)), "cgfx.xml");
+    EXPECT_STREQ(answer(made.GetImplementationIdentifier(1, text)), "ImplementationGeneric");
+    EXPECT_STREQ(answer(made.GetImplementationUri(1, text)), "generic.xml");
+}
+
+TEST_F(InstanceMetaTest, AnIndexPastTheCountIsReportedByEveryGetterThatHasOne) {
+    text.AssignUTF8("kept");
+    EXPECT_FALSE(instance.GetKeyword(1, text, noLocale));
+    EXPECT_FALSE(instance.GetCategory(1, text, noLocale));
+    EXPECT_FALSE(instance.GetThumbnailName(0, text));
+    EXPECT_FALSE(instance.GetThumbnail(0, text));
+    EXPECT_FALSE(instance.GetUIDefinitionName(2, text));
+    EXPECT_FALSE(instance.GetUIDefinition(2, text));
+    EXPECT_FALSE(instance.GetImplementationIdentifier(1, text));
+    EXPECT_FALSE(instance.GetImplementationUri(1, text));
+    EXPECT_EQ(reports.Take(), Lines(8, "error: Index is out of bound."));
+    EXPECT_STREQ(text.AsUTF8(), "kept");
+}
+
 TEST_F(InstanceMetaTest, SetsTheUiName) {
     EXPECT_TRUE(instance.SetUIName(S("Name ")));
     EXPECT_EQ(TextOf(Find(instance, "UIName")), "Name ");
@@ -126,6 +203,17 @@ TEST_F(InstanceMetaTest, SetsAndRenewsTheVersionGuid) {
     EXPECT_EQ(TextOf(Find(instance, "VersionGUID")), text.AsUTF8());
     EXPECT_EQ(log.Take(), (Lines{"asset", "asset"}));
     EXPECT_EQ(reports.Take(), Lines{});
+}
+
+TEST_F(InstanceMetaTest, ARemovalWithoutItsPropertyIsPastTheCount) {
+    for (const char* name : {"keyword", "category", "thumbnail"}) {
+        instance.Group(PropertyTableImp::kIterationGroup).Remove(name);
+    }
+    EXPECT_FALSE(instance.RemoveKeyword(0));
+    EXPECT_FALSE(instance.RemoveCategory(0));
+    EXPECT_FALSE(instance.RemoveThumbnail(0));
+    EXPECT_EQ(reports.Take(), Lines(3, "error: Index is out of bound."));
+    EXPECT_EQ(log.Take(), Lines{});
 }
 
 TEST_F(InstanceMetaTest, ASetterWithoutItsPropertyFailsInSilence) {
