@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "assets/manager/base/guarded.h"
 #include "nuo/common/file_archive.h"
 
 namespace korvanet::platform::assets {
@@ -25,7 +24,10 @@ Stream* OpenStream(Stream& stream) {
 // For destructors, which have nobody to tell what a host's stream raises.
 template <class Stream>
 void CloseQuietly(Stream& stream) noexcept {
-    Guarded([&stream] { stream.Close(); });
+    try {
+        stream.Close();
+    } catch (...) {  // the archive is gone, whatever became of the stream
+    }
 }
 
 template <class Stream>
