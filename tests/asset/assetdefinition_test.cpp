@@ -3,6 +3,7 @@
 #include <korvanet/platform/core/jpkuuid.h>
 
 #include "asset/support.h"
+#include "tests/support/virtualslots.h"
 
 namespace korvanet::platform::assets {
 
@@ -10,6 +11,25 @@ class AssetDefinitionTest : public AssetTest {
 protected:
     AssetDefinition& definition = NewDefinition(*material, "DEF");
 };
+
+TEST_F(AssetDefinitionTest, TheOperationsOfItsTableStandBehindItsOwn) {
+    using Table = PropertyTable<IAssetDefinition>;
+    using Enumerate = IEnumeration<IProperty*>* (Table::*)(bool);
+    using EnumerateConst = IEnumeration<const IProperty*>* (Table::*)(bool) const;
+    using Release = void (Table::*)(IEnumeration<IProperty*>*);
+    using ReleaseConst = void (Table::*)(IEnumeration<const IProperty*>*) const;
+    using Find = IProperty* (Table::*)(const wchar_t*);
+    using FindConst = const IProperty* (Table::*)(const wchar_t*) const;
+    using namespace halvern_tests;
+    ExpectOrder(Place(&IAssetDefinition::GetVersionGUID),
+                {Place(&Table::GetVersionGUID), kDestructor,
+                 Place(static_cast<EnumerateConst>(&Table::GetProperties)),
+                 Place(static_cast<Enumerate>(&Table::GetProperties)),
+                 Place(static_cast<ReleaseConst>(&Table::ReleaseEnumeration)),
+                 Place(static_cast<Release>(&Table::ReleaseEnumeration)),
+                 Place(static_cast<FindConst>(&Table::FindProperty)),
+                 Place(static_cast<Find>(&Table::FindProperty))});
+}
 
 TEST_F(AssetDefinitionTest, TakesTheSchemasValuesAndSharesItsReadOnlyGroup) {
     EXPECT_EQ(definition.Kind(), TableKind::kDefinition);

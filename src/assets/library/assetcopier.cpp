@@ -17,15 +17,15 @@ PropertyTableImp* AssetCopier::Copy(PropertyTableImp& source, nuo::string_ref id
             &MakeRecord(*each, each == &source ? nuo::string(identifier) : MakeIdentifier());
     for (PropertyTableImp* each : sources_) {
         PropertyTableImp& made = *copies_[each];
-        if (each == &made) {
-            Relink(made);
-            continue;
-        }
+        if (each == &made) continue;
         Fill(*each, made);
         if (each != &source && target_.GetRole() == GeneralLibrary::Role::kLibrary)
             SetTruth(made, asset_meta::kHidden, true);
     }
-    return copies_[&source];
+    PropertyTableImp* const stored = copies_[&source];
+    // Last, for its connections may be all that keeps the others.
+    if (stored == &source) Relink(*stored);
+    return stored;
 }
 
 // What is stored: the asset and, by connections, everything that is no record of this library yet.

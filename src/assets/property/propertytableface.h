@@ -14,7 +14,7 @@ PropertyBase* FindByWideName(const PropertyTableImp& table, const wchar_t* name)
 // Serves the table operations of the interface `I` from the body of the table.
 //
 // They override those of `I` where it is an IPropertyTable; IAssetDefinition has none, and there
-// they are plain operations for the library's own use. Hence no `override`.
+// they stand behind its own, for the library's use. Hence no `override`.
 template <class I>
 class PropertyTable : public I, public PropertyTableImp {
 public:
@@ -23,19 +23,21 @@ public:
     PropertyTable(TableKind kind, HalvernAsset& holder, const ModuleContext& context)
         : PropertyTableImp(kind, holder, context) {}
 
-    IEnumeration<const IProperty*>* GetProperties(bool publicOnly) const {
+    virtual IEnumeration<const IProperty*>* GetProperties(bool publicOnly) const {
         return Filtered<const IProperty*>(publicOnly);
     }
-    IEnumeration<IProperty*>* GetProperties(bool publicOnly) {
+    virtual IEnumeration<IProperty*>* GetProperties(bool publicOnly) {
         return Filtered<IProperty*>(publicOnly);
     }
-    void ReleaseEnumeration(IEnumeration<const IProperty*>* enumeration) const {
+    virtual void ReleaseEnumeration(IEnumeration<const IProperty*>* enumeration) const {
         delete enumeration;
     }
-    void ReleaseEnumeration(IEnumeration<IProperty*>* enumeration) { delete enumeration; }
+    virtual void ReleaseEnumeration(IEnumeration<IProperty*>* enumeration) { delete enumeration; }
 
-    const IProperty* FindProperty(const wchar_t* name) const { return FindByWideName(*this, name); }
-    IProperty* FindProperty(const wchar_t* name) { return FindByWideName(*this, name); }
+    virtual const IProperty* FindProperty(const wchar_t* name) const {
+        return FindByWideName(*this, name);
+    }
+    virtual IProperty* FindProperty(const wchar_t* name) { return FindByWideName(*this, name); }
 
 private:
     using Merge = SortedMultiGroupMergeIterator<IProperty*>;
