@@ -340,6 +340,31 @@ TEST(SchemaPart, ASaveThatCannotTellOneSchemaMergesNoNewerFormOfAnother) {
     EXPECT_EQ(own.Version(), 9);
 }
 
+// Of two schemas the base takes a path of the library into the shared one, and with it changes what
+// the other is merged with.
+TEST(SchemaPart, WhatIsToldOfMergedSchemasIsWhatTheyAre) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition& gloss =
+        *LoadGlobal(host, "GlossSchema", R"(<AssetSchema><UID val="GlossSchema"/>
+<Base val="PaintSchema"/><Integer id="SchemaVersion" val="2" readonly="true" public="false"/>
+</AssetSchema>)");
+    KRVTSchemaDefinition& own_gloss = *(*library)->EnsureSchema(gloss);
+    KRVTSchemaDefinition& own_paint = *(*library)->Schemas().FindOwn("PaintSchema");
+    for (KRVTSchemaDefinition* own : {&own_paint, &own_gloss})
+        ASSERT_TRUE(SetText(*own, "p_file", "jpk:?asset=/LIB/Resources/a.png"));
+    for (const char* id : {"PaintSchema", "GlossSchema"}) {
+        KRVTSchemaDefinition& shared = *host.global->FindOwn(id);
+        ASSERT_TRUE(SetNumber(shared, "SchemaVersion", 9));
+        ASSERT_TRUE(SetText(shared, "p_file", "a.png"));
+        ASSERT_NE(shared.AddIntegerProperty(L"a_new", PropertyFlags::kPublic, L"", 1, nullptr),
+                  nullptr);
+    }
+    ASSERT_TRUE((*library)->Save());
+    EXPECT_EQ(library->Part("LIB/Schemas/PaintSchema.xml"), WriteSchemaXml(own_paint).c_str());
+    EXPECT_EQ(library->Part("LIB/Schemas/GlossSchema.xml"), WriteSchemaXml(own_gloss).c_str());
+}
+
 TEST(SchemaPart, MoreThanALibraryCouldBeOpenedWithIsNotTaken) {
     TestHost host;
     std::string common = kCommonSchemaXml;

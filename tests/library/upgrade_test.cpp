@@ -103,10 +103,18 @@ TEST(Upgrade, AnOptionThatAsksForTheOlderLayoutDoesNotEndInNone) {
                             nuo::any(option_value{"uint32", "8"}));
         bytes = old.CommittedBytes();
     }
-    TestLibrary library(host, bytes, true);
-    EXPECT_TRUE(library->UpgradeLegacyContent());
-    EXPECT_NE(library.Part("OLD/AssetData/AssetTableOfContents.bin"), "");
-    EXPECT_NE(library->FindRecord("Old")->instanceBlock, HalvernAsset::kNoBlock);
+    {
+        TestLibrary library(host, bytes, true);
+        EXPECT_TRUE(library->UpgradeLegacyContent());
+        EXPECT_NE(library.Part("OLD/AssetData/AssetTableOfContents.bin"), "");
+        EXPECT_NE(library->FindRecord("Old")->instanceBlock, HalvernAsset::kNoBlock);
+        EXPECT_EQ(fs::recursiveRemove(*library.package, "qmx"), fs::er_ok);
+        bytes = library.CommittedBytes();
+    }
+    TestLibrary again(host, bytes, true);
+    EXPECT_TRUE(again->Save());
+    EXPECT_EQ(again->GetLayout(), GeneralLibrary::Layout::kCurrent);
+    EXPECT_EQ(again.package->state("qmx").state, fs::state_not_found);
 }
 
 TEST(Upgrade, OtherLibrariesAndTheSystemLibraryStayInTheOlderLayout) {

@@ -7,7 +7,11 @@
 #include "assets/library/ilegacycontent.h"
 #include "assets/manager/assetlibrary.h"
 #include "assets/manager/tempfolder.h"
+#include "nuo/common/file_archive.h"
 #include "tests/support/libraryhost.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/vfs_functions.h"
+#include "velmor/vfs/zip.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -122,6 +126,27 @@ TEST_F(Upgrading, RefreshingACopyConvertsItToo) {
     EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
     EXPECT_TRUE(library->TakeWriteAccessOnCopy());
     EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kCurrent);
+    EXPECT_FALSE(library->IsForWriting());
+    EXPECT_FALSE(IsLocked());
+}
+
+// What cannot be converted can be read, and is nobody's to write.
+TEST_F(Upgrading, ARefreshWhoseConversionFailsLeavesACopyForReading) {
+    std::unique_ptr<AssetLibrary> library;
+    {
+        LockFile held;
+        ASSERT_EQ(held.Take(nuo::string(path_, ".lck")), assets::LockResult::kTaken);
+        library = Open(LibraryMode::kCopy, false);
+    }
+    {
+        nuo::archive::file_read_write_archive file(path_);
+        velmor::fs::InMemory cache("test");
+        velmor::fs::ZipFs zip(file, cache, "test", false);
+        ASSERT_EQ(velmor::fs::recursiveCreateDir(zip, "OLD/Schemas"), velmor::fs::er_ok);
+        zip.commit();
+    }
+    EXPECT_TRUE(library->TakeWriteAccessOnCopy());
+    EXPECT_EQ(library->Document().GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
     EXPECT_FALSE(library->IsForWriting());
     EXPECT_FALSE(IsLocked());
 }

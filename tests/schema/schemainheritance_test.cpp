@@ -94,4 +94,13 @@ TEST_F(SchemaInheritanceTest, ACopyOfASchemaHasAllAndSharesNothing) {
     EXPECT_FALSE(copy->Registry().valid());
 }
 
+TEST_F(SchemaInheritanceTest, ACopyKeepsAnAliasThatOverridesOneOfTheBase) {
+    KRVTSchemaDefinition& base = ReadElements("<Float id='p'/><PropertyAlias alias='a' id='p'/>");
+    KRVTSchemaDefinition& child = ReadElements("<Float id='q'/><PropertyAlias alias='a' id='q'/>");
+    child.SetBase(&base);
+    const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(child);
+    EXPECT_EQ(copy->BaseDefinition(), &base);
+    EXPECT_EQ(copy->FindByNameOrAlias("a"), &Find(*copy, "q"));
+}
+
 }  // namespace korvanet::platform::assets

@@ -16,6 +16,7 @@ int ConnectionDepth::Of(const PropertyTableImp& table) {
 }
 
 int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
+    ++steps_;
     const auto [known, fresh] = depths_.emplace(&table, kOnTheWay);
     if (!fresh && known->second == kOnTheWay) {
         met_circle_ = true;

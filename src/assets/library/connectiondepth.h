@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 
 #include "assets/property/propertytable.h"
@@ -11,6 +12,8 @@ namespace korvanet::platform::assets {
 class ConnectionDepth {
 public:
     int Of(const PropertyTableImp& table);
+    // How many tables all walks have met so far.
+    std::uint64_t Steps() const { return steps_; }
 
 private:
     static constexpr int kOnTheWay = -1;
@@ -21,6 +24,7 @@ private:
 
     std::map<const PropertyTableImp*, int> depths_;
     bool met_circle_ = false;
+    std::uint64_t steps_ = 0;
 };
 
 }  // namespace korvanet::platform::assets

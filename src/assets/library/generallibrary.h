@@ -157,7 +157,8 @@ public:
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
     // stored it raises, and records that were made for it are gone again; one that was there before
-    // keeps what it took from the source.
+    // keeps what it took from the source, and what was made for one that is copied onto itself
+    // stays with it.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.
@@ -237,6 +238,7 @@ private:
     void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
     bool WriteContents();
     bool WriteVersionTable();
+    void WriteEmbedOption();
     bool SaveLegacy();
     void WritePart(nuo::string_ref path, nuo::string_ref text);
     nuo::archive::archive_ptr OpenForRewrite(nuo::string_ref path);
@@ -260,12 +262,12 @@ private:
     bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
     KRVTSchemaDefinition* EnsureBelow(KRVTSchemaDefinition* base, KRVTSchemaDefinition& schema);
     bool BringSchemasUpToDate(SchemaTexts& texts);
-    bool MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) const;
-    bool MergeGlobal(KRVTSchemaDefinition& schema) const;
+    static bool MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
+                             const std::vector<KRVTSchemaDefinition*>& shared);
+    static bool MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema);
     bool TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas, SchemaTexts& texts) const;
-    // By its name, the id of the schema that a part belongs to.
-    using KeptParts = std::map<nuo::string, nuo::string, nuo::string_less>;
-    KeptParts PartsThatStay() const;
+    bool MayBeWritten(const nuo::string& leaf, const nuo::string& id) const;
+    void AddSchemaPart(const nuo::string& id, const nuo::string& leaf);
     void WriteSchemas(const SchemaTexts& texts);
     nuo::string SchemaLeaf(const nuo::string& id) const;
     void RemoveOtherParts(const SchemaTexts& written);
@@ -275,6 +277,7 @@ private:
     struct Former {
         Layout layout;
         std::uint32_t embed_option;
+        bool uncommitted_save;
     };
     void GoBackTo(const Former& former);
 
@@ -308,6 +311,8 @@ private:
     nuo::string scratch_folder_;
     // Of each schema that was read, the parts that told it.
     std::multimap<nuo::string, nuo::string, nuo::string_less> schema_parts_;
+    // The same the other way round.
+    std::map<nuo::string, nuo::string, nuo::string_less> part_owners_;
     // What was freed since the package was committed, by its first block: stores that are opened
     // anew know it as records still.
     std::vector<std::uint32_t> freed_definition_blocks_;

@@ -68,7 +68,7 @@ AssetDefinition* GeneralLibrary::CopyDefinition(PropertyTableImp& source,
         // the save.
         ImportFiles(*FindRecord(identifier)->table);
     } catch (...) {  // what was not there before is not there now
-        DropRecords(fresh);
+        if (made != &source) DropRecords(fresh);
         throw;
     }
     return made;

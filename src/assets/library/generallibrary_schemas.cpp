@@ -43,13 +43,6 @@ void SortByDepth(std::vector<KRVTSchemaDefinition*>& schemas) {
     });
 }
 
-// Whether a part is nobody's, or belongs to the schema of that id.
-bool MayBeWritten(const nuo::string& leaf, const nuo::string& id,
-                  const std::map<nuo::string, nuo::string, nuo::string_less>& kept) {
-    const auto owner = kept.find(leaf);
-    return owner == kept.end() || owner->second == id;
-}
-
 // Copies of the schemas of a library, bases first, that derive from each other as these do.
 class SchemaCopies {
 public:
@@ -103,8 +96,7 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
     if (base == nullptr && !schema.BaseId().empty()) return nullptr;
     if (schemas_->IsPending(schema.Id())) return nullptr;
     // Nor is one taken that the library could not be saved with.
-    if (!CanNameSchemaPart(schema.Id()) ||
-        !MayBeWritten(SchemaLeaf(schema.Id()), schema.Id(), PartsThatStay()))
+    if (!CanNameSchemaPart(schema.Id()) || !MayBeWritten(SchemaLeaf(schema.Id()), schema.Id()))
         return nullptr;
     const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
     copy->SetBase(base);
@@ -121,43 +113,50 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
 }
 
 // False, with nothing changed, when a schema can't be told or its part would be written over
-// another's: no reader would find what is stored by its layout.
+// another's: no reader would find what is stored by its layout. Copies are merged first, on both
+// sides, for a merge may change its source too.
 bool GeneralLibrary::BringSchemasUpToDate(SchemaTexts& texts) {
     std::vector<KRVTSchemaDefinition*> schemas = OwnSchemas();
+    std::vector<KRVTSchemaDefinition*> shared;
+    for (const KRVTSchemaDefinition* schema : schemas)
+        if (auto* const twin = host_.Schemas().FindGlobalSchema(schema->Id()))
+            shared.push_back(twin);
     SortByDepth(schemas);
-    const SchemaCopies copies(schemas);
-    return MergeSchemas(copies.All()) && TellSchemas(copies.All(), texts) && MergeSchemas(schemas);
+    SortByDepth(shared);
+    const SchemaCopies told(schemas);
+    const SchemaCopies sources(shared);
+    return MergeSchemas(told.All(), sources.All()) && TellSchemas(told.All(), texts) &&
+           MergeSchemas(schemas, shared);
 }
 
 // Brings newer schemas of the shared set in, and each schema that derives from a changed one along
 // with it, as a reader of the saved files would make them. Bases stand before what derives from
 // them.
-bool GeneralLibrary::MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas) const {
+bool GeneralLibrary::MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
+                                  const std::vector<KRVTSchemaDefinition*>& shared) {
+    std::map<nuo::string, KRVTSchemaDefinition*, nuo::string_less> twins;
+    for (KRVTSchemaDefinition* twin : shared)
+        twins.emplace(twin->Id(), twin);
     for (KRVTSchemaDefinition* schema : schemas) {
-        if (!MergeGlobal(*schema)) return false;
+        const auto twin = twins.find(schema->Id());
+        if (twin != twins.end() && !MergeNewer(*twin->second, *schema)) return false;
         if (const KRVTSchemaDefinition* base = schema->BaseDefinition())
             InheritFrom(*schema, *base);
     }
     return true;
 }
 
-bool GeneralLibrary::MergeGlobal(KRVTSchemaDefinition& schema) const {
-    KRVTSchemaDefinition* const global = host_.Schemas().FindGlobalSchema(schema.Id());
-    if (global == nullptr || schema.BaseDefinition() == nullptr || schema.IsInconsistent())
-        return true;
-    if (global->Version() <= schema.Version() || !MergesClean(*global, schema)) return true;
-    // A merge may change its source; the shared one stays as it is for a copy that is only told.
-    const bool trial = !schemas_->IsOwn(schema);
-    const intrusive_ptr<KRVTSchemaDefinition> source(trial ? CopySchema(*global).get() : global);
-    return MergeInto(*source, &schema, VersionPolicy::kWithChange).merged;
+bool GeneralLibrary::MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema) {
+    if (schema.BaseDefinition() == nullptr || schema.IsInconsistent()) return true;
+    if (shared.Version() <= schema.Version() || !MergesClean(shared, schema)) return true;
+    return MergeInto(shared, &schema, VersionPolicy::kWithChange).merged;
 }
 
 bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
                                  SchemaTexts& texts) const {
-    const KeptParts kept = PartsThatStay();
     for (const KRVTSchemaDefinition* schema : schemas) {
         SchemaText told{schema->Id(), SchemaLeaf(schema->Id()), WriteSchemaXml(*schema)};
-        if (!MayBeWritten(told.leaf, told.id, kept) || !IsReadableSchema(told.text) ||
+        if (!MayBeWritten(told.leaf, told.id) || !IsReadableSchema(told.text) ||
             !KeepsItsShape(*schemas_, *schema, told.text))
             return false;
         texts.push_back(std::move(told));
@@ -168,11 +167,15 @@ bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schem
 // What a schema was read from may have the name that follows from the id of another one. It keeps
 // that part when it still waits for its base, and so is in its file alone, or when no part can be
 // named after it.
-GeneralLibrary::KeptParts GeneralLibrary::PartsThatStay() const {
-    KeptParts kept;
-    for (const auto& [id, part] : schema_parts_)
-        if (schemas_->FindOwn(id) == nullptr || SchemaLeaf(id) == part) kept.emplace(part, id);
-    return kept;
+bool GeneralLibrary::MayBeWritten(const nuo::string& leaf, const nuo::string& id) const {
+    const auto owner = part_owners_.find(leaf);
+    if (owner == part_owners_.end() || owner->second == id) return true;
+    return schemas_->FindOwn(owner->second) != nullptr && !(SchemaLeaf(owner->second) == leaf);
+}
+
+void GeneralLibrary::AddSchemaPart(const nuo::string& id, const nuo::string& leaf) {
+    schema_parts_.emplace(id, leaf);
+    part_owners_.insert_or_assign(leaf, id);
 }
 
 void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
@@ -202,10 +205,11 @@ void GeneralLibrary::RemoveOtherParts(const SchemaTexts& written) {
         const bool own = ids.count(at->first) != 0;
         if (own && leaves.count(at->second) == 0)
             package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
+        if (own) part_owners_.erase(at->second);
         at = own ? schema_parts_.erase(at) : std::next(at);
     }
     for (const SchemaText& told : written)
-        schema_parts_.emplace(told.id, told.leaf);
+        AddSchemaPart(told.id, told.leaf);
 }
 
 }  // namespace korvanet::platform::assets

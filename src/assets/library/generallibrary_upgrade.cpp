@@ -15,7 +15,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     for (const nuo::string_ref folder : {kAssetDataFolder, kSchemasFolder})
         if (package_.state(Path(folder)).state != fs::state_not_found)
             NUO_RAISE(JpkFsErr, Path(folder));
-    const Former former{layout_, embed_option_};
+    const Former former{layout_, embed_option_, uncommitted_save_};
     layout_ = Layout::kCurrent;
     // A save by this option would write the older layout, which is about to be removed.
     embed_option_ &= ~kLegacyOption;
@@ -26,6 +26,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
         ReopenStores(true);
         MoveLegacyRecords();
         saved = Save();
+        if (saved && embed_option_ != former.embed_option) WriteEmbedOption();
     } catch (...) {
         GoBackTo(former);
         throw;
@@ -46,6 +47,7 @@ void GeneralLibrary::GoBackTo(const Former& former) {
     fs::recursiveRemove(package_, Path(kSchemasFolder));
     layout_ = former.layout;
     embed_option_ = former.embed_option;
+    uncommitted_save_ = former.uncommitted_save;
     resources_->SetLegacyLayout(true);
     resources_->NoteCommit();  // what came in for the new layout is of no use
 }

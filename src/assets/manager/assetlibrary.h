@@ -155,6 +155,7 @@ private:
     Stack CreateStack(const Creating& how) const;
     std::unique_ptr<ZipLayer> OpenLayer(const WorkingCopy* copy, bool for_writing) const;
     void UpgradeIfNeeded();
+    void Upgrade();
 
     // assetlibrary_access.cpp
     void Reopen(bool for_writing);

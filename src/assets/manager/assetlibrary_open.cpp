@@ -127,12 +127,24 @@ std::unique_ptr<ZipLayer> AssetLibrary::OpenLayer(const WorkingCopy* copy, bool 
 // A library that cannot be written stays in the older layout, and can be read.
 void AssetLibrary::UpgradeIfNeeded() {
     if (Document().GetLayout() != GeneralLibrary::Layout::kLegacyUpgrade) return;
-    const bool was_for_writing = for_writing_;
-    if (!was_for_writing && !TakeWriteAccess()) return;
+    if (for_writing_) {
+        Upgrade();
+        return;
+    }
+    if (!TakeWriteAccess()) return;
+    try {
+        Upgrade();
+    } catch (...) {
+        GiveUpWriteAccess();
+        throw;
+    }
+    GiveUpWriteAccess();
+}
+
+void AssetLibrary::Upgrade() {
     if (Document().UpgradeLegacyContent() &&
         fs::recursiveRemove(*stack_.package, kLegacyFolder) == fs::er_ok)
         Commit();
-    if (!was_for_writing) GiveUpWriteAccess();
 }
 
 }  // namespace korvanet::platform::assets

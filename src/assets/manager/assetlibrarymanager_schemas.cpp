@@ -22,7 +22,7 @@ KRVTSchemaDefinition* AssetLibraryManager::FindGlobalSchema(nuo::string_ref id) 
 
 void AssetLibraryManager::PropertyAdded(KRVTSchemaDefinition& schema,
                                         const PropertyBase& property) {
-    // Assets share the read-only group of their schema, and with it what this gains.
+    // What is read-only stands in the group that assets share with their schema.
     if (PropertyTableImp::GroupOf(property.GetFlags()) == PropertyTableImp::kReadOnlyGroup) return;
     const IAssetSchema* const base = &schema;
     const auto gain = [&](PropertyTableImp& table) {
@@ -52,7 +52,7 @@ IAssetSchema* AssetLibraryManager::LoadSchemaFromFolder(const IString& name,
         const nuo::string id = ToUtf8(name);
         KRVTSchemaDefinition* const loaded =
             Guarded(nullptr, [&] { return batch.LoadFromFolder(ToUtf8(folder), id); });
-        // One that the shared set refuses has a namesake there.
+        // One that the shared set refuses may have a namesake there.
         if (loaded != nullptr) Guarded(false, [&] { return schemas_->AddSchema(loaded); });
         batch.Clear();
         return loaded != nullptr ? FindGlobalSchema(id) : nullptr;

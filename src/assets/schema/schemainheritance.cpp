@@ -61,12 +61,13 @@ intrusive_ptr<KRVTSchemaDefinition> CopySchema(const KRVTSchemaDefinition& schem
     const intrusive_ptr<KRVTSchemaDefinition> copy(
         static_cast<KRVTSchemaDefinition*>(&MakeTable(schema.Context(), TableKind::kSchema)));
     copy->SetName(schema.Id());
-    copy->SetBase(schema.Base());
     copy->SetLibrary(schema.Library());
     for (const PropertyBase* property : schema.Properties())
         AddCopy(*copy, *property);
     for (const auto& own : schema.OwnAliases())
         copy->AddAlias(own.alias, own.target);
+    // Only now: an alias may override one of the base.
+    copy->SetBase(schema.Base());
     return copy;
 }
 

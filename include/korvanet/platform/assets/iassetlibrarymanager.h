@@ -146,15 +146,16 @@ public:
     /// definition takes `identifier` (null or empty: a fresh one) and tells `libraryIdentifier` as
     /// the library that it came from (null: none). A schema of a library serves as well; the
     /// instance then has its defaults and belongs to the shared set's schema of that name, which
-    /// `GetSchema` of the instance gives. Null on failure, and when the shared set has none of that
-    /// name, as it has none of a batch that is not committed.
+    /// `GetSchema` of the instance gives: what the library's schema has beyond that one is not
+    /// stored in other libraries. Null on failure, and when the shared set has none of that name,
+    /// as it has none of a batch that is not committed.
     virtual IAssetInstance* CreateInstanceFromSchema(IAssetSchema* schema,
                                                      const IString* identifier,
                                                      const IString* libraryIdentifier) = 0;
 
     /// Loads "<folder>/<name>.xml" and, from the same folder, the schemas that it is based on, into
-    /// the shared set. Null when one of them is missing. Where the shared set has a schema of that
-    /// name with which this one cannot be merged, the result is that one.
+    /// the shared set. Null when one of them is missing. Where the shared set refuses this one, the
+    /// result is the one that it has of that name, or null when it has none.
     virtual IAssetSchema* LoadSchemaFromFolder(const IString& name, const IString& folder) = 0;
 
     /// Makes `manager` a handle on the messages of the process, and returns it.

@@ -46,7 +46,7 @@ public:
     /// parent.
     fs_error createDir(nuo::string_ref path) override;
     /// Raises archive_runtime_error when the data of an entry is bad or cannot be cached, or when
-    /// more has come out of the ZIP than it may hold: a gigabyte, or 64 times its size.
+    /// more has come out of the ZIP than it may hold: a gigabyte, or 1032 times its size.
     nuo::archive::archive_ptr create(nuo::string_ref path, unsigned mode, unsigned flag) override;
     fs_error copy(nuo::string_ref from, nuo::string_ref to) override;
     /// er_permission_denied, er_not_found, er_not_a_file. Raises as `create` does: the entry is
