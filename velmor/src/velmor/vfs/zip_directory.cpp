@@ -18,9 +18,9 @@ using nuo::byte;
 using Bytes = nuo::buffer<byte>;
 
 // Folders that no entry stands for cost memory and hardly a byte of the file, so a small file could
-// ask for millions of them. Chosen: eight for each entry that a ZIP can have, more than any package
-// of folders without entries comes to, in less than a hundred megabytes.
-constexpr std::size_t max_nodes = 0x80000;
+// ask for millions of them. Chosen: four for each entry that a ZIP can have, so that all files of
+// the largest may lie in folders of their own, in less than a hundred megabytes.
+constexpr std::size_t max_nodes = 0x40000;
 
 // No entry takes more of the directory: the fixed part and three texts of 16-bit lengths.
 constexpr std::uint64_t max_record = zip_format::central_size + 3 * 0xFFFF;
