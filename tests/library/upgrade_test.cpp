@@ -1,4 +1,5 @@
 #include "assets/library/ilegacycontent.h"
+#include "assets/library/tabletext.h"
 #include "nuo/common/archive/primitives.h"
 #include "support.h"
 
@@ -144,16 +145,21 @@ TEST(Upgrade, OneThatCannotBeSavedChangesNothingAndCanBeTriedAgain) {
     TestHost host;
     const PlainLegacy legacy(host);
     TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    const std::string file = host.MakeFile("a.png", "one");
+    ASSERT_TRUE(SetText(library.Definition("Old"), "p_file", file.c_str()));
     auto* const odd = library->Schemas().FindOwn("PaintSchema");
     ASSERT_NE(odd->AddStringProperty(L"z", PropertyFlags::kPublic, L"", L"\x01"), nullptr);
     EXPECT_FALSE(library->UpgradeLegacyContent());
     EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
     EXPECT_EQ(library.package->state("OLD/AssetData").state, fs::state_not_found);
     EXPECT_EQ(library.package->state("OLD/Schemas").state, fs::state_not_found);
+    EXPECT_STREQ(library.Text("Old", "p_file").c_str(), file.c_str());
     auto* const text = odd->FindProperty(L"z")->GetValue();
     ASSERT_TRUE(dynamic_cast<IStringValue*>(text)->SetValue(L"fine"));
     EXPECT_TRUE(library->UpgradeLegacyContent());
     EXPECT_EQ(library->FindRecord("Old")->instanceBlock, 0U);
+    EXPECT_STREQ(library.Text("Old", "p_file").c_str(),
+                 "jpk:?asset=/OLD/Resources/Old/p_file/0/a(1).png");
 }
 
 TEST(Upgrade, FoldersThatStandThereAlreadyAreRefused) {

@@ -273,12 +273,18 @@ private:
     void RemoveOtherParts(const SchemaTexts& written);
 
     // generallibrary_upgrade.cpp
-    void MoveLegacyRecords();
+    // A URI as it was, and where.
+    struct FormerUri {
+        PropertyBase* property;
+        OwnedProperty value;
+    };
     struct Former {
         Layout layout;
         std::uint32_t embed_option;
         bool uncommitted_save;
+        std::vector<FormerUri> uris;
     };
+    void MoveLegacyRecords(std::vector<FormerUri>& former);
     void GoBackTo(const Former& former);
 
     // generallibrary_detach.cpp

@@ -103,10 +103,7 @@ void GeneralLibrary::ImportFiles(PropertyTableImp& first) {
 }
 
 void GeneralLibrary::RewriteUris(PropertyTableImp& table) {
-    for (const std::size_t group : kStoredGroups)
-        for (const PropertyGroup::Entry& entry : table.Group(group))
-            if (entry.Property().GetType() == PropertyType::kUri)
-                resources_->Rewrite(entry.Property(), table.Name());
+    ForEachUri(table, [&](PropertyBase& uri) { resources_->Rewrite(uri, table.Name()); });
 }
 
 bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {

@@ -1,6 +1,8 @@
 #include "assets/library/generallibrary.h"
 #include "assets/library/libraryparts.h"
+#include "assets/library/storedgroups.h"
 #include "assets/package/packageoptions.h"
+#include "assets/property/propertyfactory.h"
 #include "velmor/vfs/vfs_functions.h"
 
 namespace korvanet::platform::assets {
@@ -15,7 +17,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     for (const nuo::string_ref folder : {kAssetDataFolder, kSchemasFolder})
         if (package_.state(Path(folder)).state != fs::state_not_found)
             NUO_RAISE(JpkFsErr, Path(folder));
-    const Former former{layout_, embed_option_, uncommitted_save_};
+    Former former{layout_, embed_option_, uncommitted_save_, {}};
     layout_ = Layout::kCurrent;
     // A save by this option would write the older layout, which is about to be removed.
     embed_option_ &= ~kLegacyOption;
@@ -24,7 +26,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     try {
         MakeFolders();
         ReopenStores(true);
-        MoveLegacyRecords();
+        MoveLegacyRecords(former.uris);
         saved = Save();
         if (saved && embed_option_ != former.embed_option) WriteEmbedOption();
     } catch (...) {
@@ -43,6 +45,8 @@ void GeneralLibrary::GoBackTo(const Former& former) {
         HalvernAsset& record = *FindRecord(name);
         record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
     }
+    for (const FormerUri& uri : former.uris)
+        CopyValue(*uri.value, *uri.property);
     fs::recursiveRemove(package_, Path(kAssetDataFolder));
     fs::recursiveRemove(package_, Path(kSchemasFolder));
     layout_ = former.layout;
@@ -53,11 +57,15 @@ void GeneralLibrary::GoBackTo(const Former& former) {
 }
 
 // The files of the older folder come to where the present layout keeps them, and every record is to
-// be written.
-void GeneralLibrary::MoveLegacyRecords() {
+// be written. `former` takes the values that named them there.
+void GeneralLibrary::MoveLegacyRecords(std::vector<FormerUri>& former) {
     for (const nuo::string& name : RecordNames()) {
         HalvernAsset& record = *FindRecord(name);
-        RewriteUris(LoadRecord(record));
+        PropertyTableImp& table = LoadRecord(record);
+        ForEachUri(table, [&](PropertyBase& property) {
+            former.push_back({&property, CopyProperty(property)});
+        });
+        RewriteUris(table);
         record.state = HalvernAsset::kChanged;
     }
     version_table_dirty_ = true;

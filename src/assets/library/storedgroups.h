@@ -24,4 +24,12 @@ void ForEachConnection(const PropertyTableImp& table, Visit&& visit) {
     }
 }
 
+// Visits the properties of the stored groups that hold URIs.
+template <class Visit>
+void ForEachUri(const PropertyTableImp& table, Visit&& visit) {
+    for (const std::size_t group : kStoredGroups)
+        for (const PropertyGroup::Entry& entry : table.Group(group))
+            if (entry.Property().GetType() == PropertyType::kUri) visit(entry.Property());
+}
+
 }  // namespace korvanet::platform::assets
