@@ -143,6 +143,29 @@ TEST_F(Resources, AValueThatIsSavedNamesTheFileInsideTheLibrary) {
     EXPECT_EQ(again.Part("LIB/Resources/Red/p_file/0/a.png"), "one");
 }
 
+TEST_F(Resources, AFileThatIsStoredHasItsFolderAmongTheScratchFilesToo) {
+    const auto scratch = [this] {
+        std::string name;
+        for (const velmor::fs::VfsNode& node : host.temp->children(""))
+            name = node.path.data();
+        return name;
+    };
+    const std::string folder = scratch() + "/LIB/Resources";
+    EXPECT_EQ(host.temp->state(folder.c_str()).state, velmor::fs::state_not_found);
+    Add(host.MakeFile("a.png", "one"));
+    EXPECT_EQ(host.temp->state(folder.c_str()).state, velmor::fs::state_directory);
+}
+
+TEST_F(Resources, AFileUriCountsAtTheStartOfAValueAlone) {
+    const std::string uri = "file://" + host.MakeFile("a.png", "one");
+    SetFile(AddPaint(*library, "Red"), uri);
+    SetFile(AddPaint(*library, "Blue"), "see " + uri);
+    library->SavedBytes();
+    EXPECT_TRUE(library->Text("Red", "p_file") == "jpk:?asset=/LIB/Resources/Red/p_file/0/a.png");
+    EXPECT_EQ(library->Part("LIB/Resources/Red/p_file/0/a.png"), "one");
+    EXPECT_TRUE(library->Text("Blue", "p_file") == ("see " + uri).c_str());
+}
+
 TEST_F(Resources, ARelativeNameIsFoundThroughTheSearchPaths) {
     host.MakeFile("textures/1/Mats/oak.png", "oak");
     host.search_path = host.Folder() + "/textures";

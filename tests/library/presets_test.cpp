@@ -392,6 +392,45 @@ TEST(Presets, SharedIndexesFollowPresetsRemovalsAndTheRebuild) {
     EXPECT_TRUE(library->Shared().ByName("texture", "TEX_9").empty());
 }
 
+TEST(Presets, WhatDefinitionsOfALibraryNameIsCountedAndACopyCountsToo) {
+    TestHost host;
+    auto source = MakePaintLibrary(host, "SOURCE");
+    auto target = MakePaintLibrary(host, "TARGET");
+    KRVTSchemaDefinition* const user = LoadGlobal(
+        host, "UserSchema",
+        R"(<AssetSchema><UID val="UserSchema"/><Base val="CommonSchema"/><type val="material"/>)"
+        R"(<String id="physmat_aspects" allowmultiplevalues="true" val="Spots,Shine"/>)"
+        "</AssetSchema>");
+    KRVTSchemaDefinition* const texture =
+        LoadGlobal(host, "SpotSchema",
+                   R"(<AssetSchema><UID val="SpotSchema"/><Base val="CommonSchema"/>)"
+                   R"(<type val="texture"/></AssetSchema>)");
+    const auto store = [&](KRVTSchemaDefinition& schema, const char* identifier) {
+        AssetDefinition& model = MakeDefinition(schema, velmor::Namespace(), "model");
+        model.AddReference();
+        (*source)->CreatePreset(model, identifier, {PresetValue::Text("UIName", "Name")});
+        model.Release();
+    };
+    store(*user, "User");
+    store(*texture, "Spots");
+    EXPECT_EQ((*source)->Shared().Count("Spots"), 0U);
+    (*source)->RebuildSharedAssets();
+    EXPECT_EQ((*source)->Shared().Count("Spots"), 1U);
+    EXPECT_EQ((*source)->Shared().Count("Shine"), 1U);
+
+    (*target)->Shared().SetEnabled(true);
+    ASSERT_NE((*target)->CopyDefinition(source->Definition("Spots"), "Copy"), nullptr);
+    EXPECT_EQ((*target)->Shared().ByName("texture", "Name").count("Copy"), 1U);
+    ASSERT_NE((*target)->CopyDefinition(source->Definition("User"), "One"), nullptr);
+    ASSERT_NE((*target)->CopyDefinition(source->Definition("User"), "Two"), nullptr);
+    EXPECT_EQ((*target)->Shared().Count("Spots"), 2U);
+    AssetDefinition& two = target->Definition("Two");
+    two.AddReference();
+    ASSERT_TRUE((*target)->RemovePreset(two));
+    two.Release();
+    EXPECT_EQ((*target)->Shared().Count("Spots"), 1U);
+}
+
 TEST(Reloading, HeldDefinitionsAndInstancesOutliveTheDocument) {
     TestHost host;
     auto library = MakePaintLibrary(host);

@@ -276,6 +276,28 @@ TEST(Saving, AStoreOfMajorVersionFourOpensAndIsNeverRewritten) {
     EXPECT_FALSE(library->Save());
 }
 
+TEST(Saving, AListingStoreOfMajorVersionFourAloneOpensAndIsNeverRewritten) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        auto library = MakePaintLibrary(host);
+        AddPaint(*library, "Red");
+        library->SavedBytes();
+        library->Write("LIB/AssetData/StreamVersionTable.inf",
+                       "AssetTableOfContents:3.1,\nDefinitionIteratorProperties:4.0,\n"
+                       "InstanceProperties:3.1,\nAssetLibVersion:1.0\n");
+        bytes = library->CommittedBytes();
+    }
+    TestLibrary again(host, bytes, true);
+    EXPECT_TRUE(again->Contains("Red"));
+    EXPECT_FALSE(again->Save());
+}
+
+TEST(Saving, ATableOfContentsOfMajorVersionFourIsRefusedAsAnotherVersion) {
+    TestHost host;
+    EXPECT_THROW(TestLibrary(host, "bad-toc-v4.jpk", false), JpkVersionErr);
+}
+
 TEST(Saving, AReadOnlyLibraryIsNotSaved) {
     TestHost host;
     TestLibrary library(host, "starter-read-only.jpk", true);
@@ -306,6 +328,77 @@ TEST(Saving, OptionsOfTheCreationAreStoredInDecimal) {
     ASSERT_FALSE(value.empty());
     EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uint32");
     EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "65");
+}
+
+TEST(Saving, TheIdentifierIsAnOptionOfTheFolderFromTheStart) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
+    const nuo::any value =
+        library.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "identifier"}));
+    ASSERT_FALSE(value.empty());
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uuid");
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "LIB");
+}
+
+TEST(Saving, TheStoredOptionsAreReadBackAsTheNumberThatTheyBeginWith) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, GeneralLibrary::Creating{"LIB", 65});
+        library.SavedBytes();
+        library.package->setopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}),
+                                nuo::any(option_value{"uint32", "66 and words"}));
+        bytes = library.CommittedBytes();
+    }
+    TestLibrary again(host, bytes, true);
+    again.SavedBytes();
+    const nuo::any value =
+        again.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}));
+    ASSERT_FALSE(value.empty());
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "66");
+}
+
+TEST(Saving, TheFirstFolderByNameIsTheLibraryWhateverStandsBesideIt) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
+        library.SavedBytes();
+        ASSERT_EQ(library.package->createDir("NEXT"), velmor::fs::er_ok);
+        ASSERT_EQ(library.package->createDir("MORE"), velmor::fs::er_ok);
+        library.Write("A file", "");
+        bytes = library.CommittedBytes();
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again->Identifier() == "LIB");
+}
+
+// Only the schemas of a file can be such: the shared set refuses them.
+TEST(Saving, AListingRecordWithoutAnyPropertyIsOneZeroByte) {
+    nuo::buffer<nuo::byte> bytes;
+    {
+        TestHost host;
+        auto library = MakePaintLibrary(host);
+        library->SavedBytes();
+        const std::string mark = " definitionIteratorData=\"true\"";
+        std::string common = kCommonSchemaXml;
+        for (std::size_t at; (at = common.find(mark)) != std::string::npos;)
+            common.erase(at, mark.size());
+        library->Write("LIB/Schemas/CommonSchema.xml", common);
+        library->Write("LIB/Schemas/PaintSchema.xml", kPaintSchemaXml);
+        bytes = library->CommittedBytes();
+    }
+    TestHost host;
+    {
+        TestLibrary library(host, bytes, true);
+        AddPaint(library, "Red");
+        bytes = library.SavedBytes();
+        const std::string store = library.Part("LIB/AssetData/DefinitionIteratorProperties.bin");
+        ASSERT_EQ(store.size(), 16U + 136U);
+        EXPECT_EQ(store.substr(16, 9), std::string("\xFF\xFF\xFF\xFF\1\0\1\0\0", 9));
+    }
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("Red", "BaseSchema") == "PaintSchema");
 }
 
 TEST(Saving, ADefinitionOfAnUnknownSchemaStopsTheSaveWithItsName) {

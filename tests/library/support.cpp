@@ -30,6 +30,18 @@ TestLibrary::TestLibrary(TestHost& host, const GeneralLibrary::Creating& how) {
     document = std::make_unique<GeneralLibrary>(host, *package, host.Slib(), how);
 }
 
+TestLibrary::TestLibrary(TestHost& host, const GeneralLibrary::Serializing& how) {
+    Build();
+    document = std::make_unique<GeneralLibrary>(host, *package, host.Slib(), how);
+}
+
+TestLibrary::TestLibrary(TestHost& host, nuo::buffer<nuo::byte> bytes,
+                         const GeneralLibrary::Deserializing& how)
+    : archive(std::move(bytes)) {
+    Build();
+    document = std::make_unique<GeneralLibrary>(host, *package, host.Slib(), how);
+}
+
 void TestLibrary::Build() {
     zip = std::make_unique<velmor::fs::ZipFs>(archive, scratch, "test", false);
     package = std::make_unique<JpkFs>(*zip, "test");

@@ -25,6 +25,10 @@ public:
     TestLibrary(TestHost& host, nuo::buffer<nuo::byte> bytes, bool for_writing);
     // Creates an empty one.
     TestLibrary(TestHost& host, const GeneralLibrary::Creating& how);
+    // Those of streams: what one writes, and the bytes of it that another reads.
+    TestLibrary(TestHost& host, const GeneralLibrary::Serializing& how);
+    TestLibrary(TestHost& host, nuo::buffer<nuo::byte> bytes,
+                const GeneralLibrary::Deserializing& how);
 
     // Saves and gives the bytes of the file.
     nuo::buffer<nuo::byte> SavedBytes();

@@ -82,6 +82,30 @@ TEST(Upgrade, AMaterialLibraryIsConvertedAndReadsBackInThePresentLayout) {
     EXPECT_NE(again->LoadDefinition("Old"), nullptr);
 }
 
+TEST(Upgrade, TheConvertedFolderGetsTheIdentifierAsItsOption) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    ASSERT_TRUE(library->UpgradeLegacyContent());
+    const nuo::any value =
+        library.package->getopt(kPackageOption, nuo::any(option_key{"OLD", "identifier"}));
+    ASSERT_FALSE(value.empty());
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uuid");
+    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "OLD");
+}
+
+TEST(Upgrade, AFileOfTheOlderFolderComesToThePlaceOfThePropertyThatNamesIt) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    TestLibrary library(host, OldLibrary(host, "OLD"), true);
+    library.Write("qmx/OLD/resources/a.png", "one");
+    ASSERT_TRUE(
+        SetText(library.Definition("Old"), "p_file", "jpk:?asset=/qmx/OLD/resources/a.png"));
+    ASSERT_TRUE(library->UpgradeLegacyContent());
+    EXPECT_TRUE(library.Text("Old", "p_file") == "jpk:?asset=/OLD/Resources/Old/p_file/0/a.png");
+    EXPECT_EQ(library.Part("OLD/Resources/Old/p_file/0/a.png"), "one");
+}
+
 TEST(Upgrade, AnEmptyLibraryOfTheOlderLayoutHasItsFoldersAndGeometryParts) {
     TestHost host;
     TestLibrary library(host, GeneralLibrary::Creating{"OLD", GeneralLibrary::kLegacyOption});

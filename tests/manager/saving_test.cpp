@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+#include "assets/manager/assetlibrarymanager.h"
+#include "assets/package/packageerrors.h"
 #include "nuo/common/file_archive.h"
 #include "tests/support/managertest.h"
 #include "velmor/vfs/in_memory_fs.h"
@@ -87,6 +89,31 @@ TEST_F(Saving, TheReadOnlyMarkIsStoredByTheLastSaveThatSucceeds) {
     EXPECT_EQ(OpenForWriting(path), nullptr);
     ASSERT_NE(library = Open(path), nullptr);
     EXPECT_TRUE(library->IsReadOnly());
+}
+
+// Only a folder where the part should be can be in its way.
+TEST_F(Saving, ATableOfContentsThatCannotBeWrittenRaises) {
+    assets::IAssetLibrary* const library = Create(Path("new.jpk"), "ID");
+    ASSERT_NE(library, nullptr);
+    WriteFile(Path("a.png"), "one");
+    auto& resources = dynamic_cast<assets::AssetLibrary*>(library)->Document().Resources();
+    ASSERT_FALSE(
+        resources.Add(Path("a.png").c_str(), "", "ID/AssetData/AssetTableOfContents.bin").empty());
+    EXPECT_THROW(Manager().SaveLibrary(library), assets::JpkFsErr);
+}
+
+TEST_F(Saving, ASchemaThatCannotBeWrittenRaises) {
+    assets::IAssetLibrary* const from = Open(CopySample("starter.jpk"));
+    assets::IAssetLibrary* const library = Create(Path("new.jpk"), "ID");
+    ASSERT_NE(library, nullptr);
+    assets::IAssetDefinition* const definition = DefinitionOf(*from, "Bitmap-001");
+    ASSERT_TRUE(library->AddSchema(definition->GetSchema()));
+    definition->Release();
+    WriteFile(Path("a.png"), "one");
+    auto& resources = dynamic_cast<assets::AssetLibrary*>(library)->Document().Resources();
+    ASSERT_FALSE(
+        resources.Add(Path("a.png").c_str(), "", "ID/Schemas/UnifiedBitmapSchema.xml").empty());
+    EXPECT_THROW(Manager().SaveLibrary(library), assets::JpkFsErr);
 }
 
 TEST_F(Saving, TwiceInARowGivesOneContent) {

@@ -1,3 +1,4 @@
+#include "assets/manager/assetlibrarymanager.h"
 #include "tests/support/managertest.h"
 
 namespace halvern_tests {
@@ -134,6 +135,21 @@ TEST_F(Sharing, SwitchingOffForgetsTheIndexAndTheTag) {
     EXPECT_THAT(Reports(), ElementsAre("error: Please call EnableSharedAsset API first."));
     ASSERT_TRUE(Enable("a"));
     EXPECT_EQ(NamesOf(Library().GetSharedDefinitions(texture_)).size(), 4u);
+}
+
+TEST_F(Sharing, ADefinitionThatCannotBeReadIsFalseAndTheModeIsOff) {
+    assets::GeneralLibrary& document = dynamic_cast<assets::AssetLibrary&>(Library()).Document();
+    assets::DataRecord record =
+        document.InstanceStore()->Open(document.FindRecord("Generic-003")->instanceBlock);
+    const std::string zeros(record.Size(), '\0');
+    record.Write({zeros.data(), zeros.size()});
+    EXPECT_FALSE(Enable());
+    EXPECT_THAT(NamesOf(Library().GetSharedDefinitions(texture_)), IsEmpty());
+    EXPECT_FALSE(document.Shared().Enabled());
+    EXPECT_FALSE(AddName("n", "Bitmap-001"));
+    EXPECT_THAT(Reports(), ElementsAre("error: Please call EnableSharedAsset API first."));
+    // Nor is it taken for done when it is asked for once more.
+    EXPECT_FALSE(Enable());
 }
 
 }  // namespace
