@@ -220,6 +220,27 @@ TEST(DataStore, FreeChainLeadsFromEachRunToTheFirstBlockOfTheNext) {
     EXPECT_THAT(again->FreeBlocks().Runs(), ElementsAre(BlockRun{0, 1}, BlockRun{2, 5}));
 }
 
+TEST(DataStore, OneThatGoesWithoutAFlushLeavesTheFreeChainThatItFound) {
+    Store made;
+    const auto first = made.Add(129, 'a');
+    const auto second = made.Add(1, 'b');
+    made->Free(first);
+    made->Flush();
+    const std::string before = made.Content();
+    mem_read_write_archive memory(Bytes(before));
+    {
+        DataStore store{archive_ptr(&memory)};
+        store.Free(second);
+        store.Allocate(128);
+    }
+    const auto& bytes = memory.get_buffer();
+    // The block that was taken is a record by now; nothing else has changed.
+    std::string after = before;
+    after.replace(16, 8, Number(kNone, 4) + Number(128, 2) + Number(1, 2));
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), after);
+    EXPECT_EQ(after.substr(0, 16), Header(136, 0, 1, 0));
+}
+
 TEST(DataStore, SingleFreeBlockIsFirstAndLast) {
     Store store;
     store.Add(1, 'a');

@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include "assets/manager/assetlibrary.h"
 #include "tests/support/managertest.h"
 
 namespace halvern_tests {
@@ -62,6 +63,16 @@ TEST_F(Opening, TwiceIsOneLibraryWithTwoClaims) {
     EXPECT_EQ(Manager().GetLibraryCount(), 1u);
     EXPECT_TRUE(Unload(library));
     EXPECT_EQ(Manager().GetLibraryCount(), 0u);
+}
+
+TEST_F(Opening, ALibraryThatIsFoundByItsIdentifierGetsNoFurtherClaim) {
+    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(Manager().FindLibrary(core::UTF8String(kStarterIdentifier)), library);
+    EXPECT_EQ(dynamic_cast<assets::AssetLibrary*>(library)->UseCount(), 1);
+    EXPECT_TRUE(Unload(library));
+    EXPECT_EQ(Manager().GetLibraryCount(), 0u);
+    EXPECT_EQ(Manager().FindLibrary(core::UTF8String(kStarterIdentifier)), nullptr);
 }
 
 TEST_F(Opening, FormsOfOnePathFindOneLibrary) {
@@ -157,6 +168,16 @@ TEST_F(Opening, TheFolderBesideALibraryJoinsTheSearchPathsUntilItIsUnloaded) {
     Manager().GetPathResolver()->InsertSearchPath(0, core::UTF8String(Path("a.b.qmm").c_str()));
     EXPECT_TRUE(Unload(library));
     EXPECT_THAT(SearchPaths(), ElementsAre("/elsewhere", Path("a.b.qmm")));
+}
+
+TEST_F(Opening, AFolderBesideALibraryThatIsGoneWhenItIsUnloadedStaysASearchPath) {
+    ASSERT_EQ(::mkdir(Path("a.qmm").c_str(), 0777), 0);
+    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk", "a.jpk"));
+    ASSERT_NE(library, nullptr);
+    ASSERT_EQ(::rmdir(Path("a.qmm").c_str()), 0);
+    EXPECT_TRUE(Unload(library));
+    EXPECT_THAT(SearchPaths(), ElementsAre(Path("a.qmm")));
+    EXPECT_THAT(Reports(), IsEmpty());
 }
 
 TEST_F(Opening, ANameWithoutExtensionGetsOneForTheFolderBesideIt) {

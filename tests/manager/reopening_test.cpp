@@ -217,6 +217,47 @@ TEST_F(Reopening, AFileThatIsGoneLeavesTheLibraryForReading) {
     EXPECT_TRUE(Manager().SaveLibrary(library));
 }
 
+TEST_F(Reopening, ACopyThatIsGoneGivesTheLockBackAndStaysForReading) {
+    const std::string path = CopySample("starter.jpk");
+    assets::IAssetLibrary* library = OpenCopy(path);
+    ASSERT_NE(library, nullptr);
+    const std::string copies = PrivateFolders(TempFolder()).at(0) + "/.copy";
+    const std::string copy = copies + "/" + NamesIn(copies).at(0);
+    ASSERT_EQ(::rename(copy.c_str(), Path("away").c_str()), 0);
+    assets::IAssetLibrary* same = library;
+    EXPECT_EQ(Writing(same), nullptr);
+    EXPECT_EQ(same, library);
+    EXPECT_FALSE(Exists(path + ".lck"));
+    EXPECT_FALSE(dynamic_cast<assets::AssetLibrary*>(library)->IsForWriting());
+    EXPECT_EQ(NamesOf(*library).size(), 12u);
+    ASSERT_EQ(::rename(Path("away").c_str(), copy.c_str()), 0);
+    ASSERT_NE(library = Writing(same), nullptr);
+    EXPECT_TRUE(Exists(path + ".lck"));
+}
+
+TEST_F(Reopening, AFileThatIsGoneLeavesTheLibraryForWritingAndLocked) {
+    for (const bool copy : {false, true}) {
+        const std::string path = CopySample("starter.jpk", copy ? "b.jpk" : "a.jpk");
+        assets::IAssetLibrary* library = copy ? OpenCopyForWriting(path) : OpenForWriting(path);
+        ASSERT_NE(library, nullptr);
+        ASSERT_TRUE(AddPreset(*library, "Stored"));
+        const std::string copies = PrivateFolders(TempFolder()).at(0) + "/.copy";
+        const std::string used = copy ? copies + "/" + NamesIn(copies).at(0) : path;
+        ASSERT_EQ(::rename(used.c_str(), Path("away").c_str()), 0);
+        assets::IAssetLibrary* same = library;
+        EXPECT_EQ(Reading(same), nullptr);
+        EXPECT_EQ(same, library);
+        EXPECT_TRUE(dynamic_cast<assets::AssetLibrary*>(library)->IsForWriting());
+        EXPECT_EQ(Exists(path + ".lck"), copy);
+        ASSERT_EQ(::rename(Path("away").c_str(), used.c_str()), 0);
+        EXPECT_TRUE(Manager().SaveLibrary(library));
+        EXPECT_TRUE(Unload(library));
+        ASSERT_NE(library = Open(path), nullptr);
+        EXPECT_TRUE(Has(*library, "Stored"));
+        EXPECT_TRUE(Unload(library));
+    }
+}
+
 TEST_F(Reopening, AFileThatBecameNoLibraryLeavesTheLibraryForReading) {
     const std::string path = CopySample("starter.jpk");
     assets::IAssetLibrary* library = Open(path);

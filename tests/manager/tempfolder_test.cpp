@@ -1,5 +1,6 @@
 #include "assets/manager/tempfolder.h"
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -109,6 +110,23 @@ TEST_F(TemporaryFolder, APlaceThatCannotBeWrittenRaises) {
         return true;
     }));
     ::chmod(Path("closed").c_str(), 0755);
+}
+
+TEST_F(TemporaryFolder, WithoutItsFolderOfCopiesItIsNoneAndLeavesNothing) {
+    std::filesystem::create_directory(Path("disk"));
+    EXPECT_TRUE(InChild([this] {
+        HALVERN_NEED(EnterOwnMounts());
+        const std::string place = Path("disk");
+        ::setenv("TMPDIR", place.c_str(), 1);
+        // Room for the root, the shared folder and the private one.
+        HALVERN_NEED(::mount("tmpfs", place.c_str(), "tmpfs", 0, "nr_inodes=3") == 0);
+        HALVERN_NEED(TextOfFailure() == "failed to create temp dir");
+        HALVERN_NEED(NamesIn(place + "/halvernrun").empty());
+        HALVERN_NEED(::mount("tmpfs", place.c_str(), "tmpfs", MS_REMOUNT, "nr_inodes=4") == 0);
+        assets::TempFolder folder;
+        HALVERN_NEED(NamesIn(Root(folder)) == std::vector<std::string>{".copy"});
+        return true;
+    }));
 }
 
 TEST_F(TemporaryFolder, WithoutAnEnvironmentItLiesBelowTheRootOfTheDisk) {
