@@ -4,6 +4,7 @@
 #include "io/memory_source.h"
 #include "io/nested_entities.h"
 #include "support/raised.h"
+#include "support/virtualslots.h"
 
 namespace {
 
@@ -304,6 +305,12 @@ TEST(ParseXml, ReadsElementsThatLie65536DeepAndEndsADocumentWithMore) {
 TEST(ParseXml, ResolvesTheEntitiesOfAnHonestDocument) {
     EXPECT_THAT(EventsOf("<!DOCTYPE a [<!ENTITY e \"one\">]><a>&e;</a>"),
                 ElementsAre("<a", "text:one", "a>"));
+}
+
+// Code that was compiled earlier relies on it.
+TEST(InterfaceOrder, XmlCallBack) {
+    halvern_tests::ExpectOrder(
+        0, {halvern_tests::Place(&IXmlCallBack::OnXml), halvern_tests::kDestructor});
 }
 
 }  // namespace

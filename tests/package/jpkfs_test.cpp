@@ -34,6 +34,12 @@ TEST_F(JpkFsTest, HidesItsManifestsFromListings) {
     EXPECT_THAT(Names(package, ""), ElementsAre("a.png"));
 }
 
+// Callers hold the numbers as plain integers.
+TEST_F(JpkFsTest, ItsOptionsAreKnownByTheirNumbers) {
+    EXPECT_EQ(kPackageOption, 4096u);
+    EXPECT_EQ(kPartOption, 4097u);
+}
+
 TEST_F(JpkFsTest, ListsNodesAsItsOwn) {
     WriteFile(package, "a", "a");
     const auto entries = package.children("");

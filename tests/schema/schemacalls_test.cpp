@@ -2,6 +2,7 @@
 
 #include "assets/property/bounds.h"
 #include "assets/property/choice.h"
+#include "assets/property/numbervalues.h"
 #include "assets/property/urivalues.h"
 #include "schema/support.h"
 
@@ -79,6 +80,17 @@ TEST_F(SchemaCallsTest, AListGetsTheOneValue) {
     EXPECT_EQ(NumberOf(Find(schema, "floats")), 0.5);
     EXPECT_EQ(ColorOf(Find(schema, "colors")), (std::vector<double>{9, 8, 7, 1}));
     EXPECT_EQ(IntegerOf(Find(schema, "choices")), 10);
+}
+
+TEST_F(SchemaCallsTest, AVectorIsOneVectorAlsoWhereItMayHaveMultipleValues) {
+    ASSERT_NE(schema.AddVector3Property(L"p", kPublic | kAllowMultipleValues, L"", 1, 2, 3),
+              nullptr);
+    EXPECT_TRUE(Is<Vector3Value>(Find(schema, "p")));
+    EXPECT_EQ(Find(schema, "p").GetFlags(), kPublic | kAllowMultipleValues);
+    EXPECT_EQ(Find(schema, "p").GetValue()->GetDimension(), 3u);
+    EXPECT_EQ(NumberOf(Find(schema, "p"), 0), 1);
+    EXPECT_EQ(NumberOf(Find(schema, "p"), 2), 3);
+    EXPECT_EQ(reports.Take(), Lines{});
 }
 
 TEST_F(SchemaCallsTest, ATextureUriIsMadeByItsFlags) {

@@ -145,6 +145,14 @@ TEST_F(SchemaLoadingTest, TheRootSchemaGetsWhatFilesLeaveOut) {
     EXPECT_EQ(reports.Take(), Lines{});
 }
 
+TEST_F(SchemaLoadingTest, WhatTheRootSchemaGetsAndIsNotPublicHasNoLabel) {
+    KRVTSchemaDefinition* common =
+        Load(library, "<AssetSchema><UID val='CommonSchema'/></AssetSchema>");
+    ASSERT_NE(common, nullptr);
+    for (const char* name : {"SchemaVersion", "VersionGUID", "localtype", "localname"})
+        EXPECT_EQ(Str(Find(*common, name).Descriptor().label), "") << name;
+}
+
 TEST_F(SchemaLoadingTest, TheRootSchemaKeepsWhatItHas) {
     KRVTSchemaDefinition* common =
         Load(library, "<AssetSchema><UID val='CommonSchema'/><localname val='N'/></AssetSchema>");

@@ -124,6 +124,19 @@ TEST_F(SchemaManagerTest, AddSchemaMakesTwinsBasesFirst) {
     }
 }
 
+// The twin inherits more from the base of its set than the schema that it is made from.
+TEST_F(SchemaManagerTest, AddSchemaOfANewOneEndsConsistent) {
+    LoadGlobal(CommonXml("<Float id=\"more\"/>"));
+    KRVTSchemaDefinition* const common = Load(library, CommonXml());
+    KRVTSchemaDefinition* const schema = Load(library, DerivedXml("S", "CommonSchema", ""));
+    EXPECT_TRUE(global.AddSchema(schema));
+    EXPECT_TRUE(Has(*global.FindOwn("S"), "more"));
+    EXPECT_FALSE(Has(*schema, "more"));
+    EXPECT_FALSE(schema->IsInconsistent());
+    // One that was there already is merged into and no more.
+    EXPECT_TRUE(common->IsInconsistent());
+}
+
 TEST_F(SchemaManagerTest, AddSchemaOfAGlobalSchemaIsTrueAtOnce) {
     KRVTSchemaDefinition* common = LoadGlobal(CommonXml());
     EXPECT_TRUE(global.AddSchema(common));

@@ -178,6 +178,41 @@ TEST_F(SchemaMergeTest, AVersionThatIsNotGreaterIsNotAdded) {
     EXPECT_FALSE(Has(target, "SchemaVersion"));
 }
 
+TEST_F(SchemaMergeTest, AVersionThatIsAListCountsAndIsSetByItsFirstElement) {
+    const std::string more = "' readonly='true' public='false' allowmultiplevalues='true'/>";
+    KRVTSchemaDefinition& target = Make("<Integer id='SchemaVersion' val='2,9" + more);
+    EXPECT_TRUE(Merge(Make(Version(1)), target).merged);
+    EXPECT_EQ(target.Version(), 2);
+    EXPECT_TRUE(Merge(Make(Version(3)), target).merged);
+    EXPECT_EQ(IntegerOf(Find(target, "SchemaVersion"), 0), 3);
+    EXPECT_EQ(IntegerOf(Find(target, "SchemaVersion"), 1), 9);
+    KRVTSchemaDefinition& single = Make(Version(3));
+    EXPECT_TRUE(Merge(Make("<Integer id='SchemaVersion' val='4,1" + more), single).merged);
+    EXPECT_EQ(single.Version(), 4);
+}
+
+TEST_F(SchemaMergeTest, AnInheritedDefaultTakesTheMarkToo) {
+    KRVTSchemaDefinition& base = ReadElements("<UID val='B'/><Float id='p' val='1'/>");
+    KRVTSchemaDefinition& source = Make("<Float id='p' val='5'/>");
+    source.SetBase(&base);
+    Find(source, "p").SetMarked(false);
+    KRVTSchemaDefinition& target = Make("<Float id='p' val='1'/>");
+    EXPECT_TRUE(Merge(source, target).merged);
+    EXPECT_EQ(NumberOf(Find(target, "p")), 5);
+    EXPECT_FALSE(Find(target, "p").IsMarked());
+}
+
+TEST_F(SchemaMergeTest, AValueWithAnotherMarkIsNoInheritedDefault) {
+    KRVTSchemaDefinition& base = ReadElements("<UID val='B'/><Float id='p' val='1'/>");
+    KRVTSchemaDefinition& source = Make("<Float id='p' val='5'/>");
+    source.SetBase(&base);
+    KRVTSchemaDefinition& target = Make("<Float id='p' val='1'/>");
+    Find(target, "p").SetMarked(false);
+    // With equal versions its own default must be equal then.
+    EXPECT_FALSE(Merge(source, target).merged);
+    EXPECT_EQ(NumberOf(Find(target, "p")), 1);
+}
+
 TEST_F(SchemaMergeTest, TheVersionCanWaitForAChange) {
     KRVTSchemaDefinition& same = Make(Version(1) + "<Float id='p'/>");
     EXPECT_TRUE(

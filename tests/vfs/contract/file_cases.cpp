@@ -201,6 +201,22 @@ void AnArchiveMayOutliveItsFile(fs::IVfs& files) {
     EXPECT_EQ(files.state("a").state, fs::state_not_found);
 }
 
+void SyncChangesNothing(fs::IVfs& files) {
+    ASSERT_EQ(files.createDir("d"), fs::er_ok);
+    WriteFile(files, "d/a", "0123456789");
+    const auto archive = files.create("d/a", fs::mode_all, fs::open_existing);
+    ASSERT_NE(archive, nullptr);
+    WriteAll(*archive, "ab");
+    files.sync();
+    WriteAll(*archive, "cd");
+    files.sync();
+    EXPECT_EQ(ReadFile(files, "d/a"), "abcd456789");
+    EXPECT_EQ(files.state("d/a").state, fs::state_file);
+    EXPECT_EQ(files.state("d/a").size, 10u);
+    EXPECT_EQ(Names(files, ""), std::vector<std::string>{"d"});
+    EXPECT_EQ(Names(files, "d"), std::vector<std::string>{"a"});
+}
+
 }  // namespace
 
 std::vector<Case> FileCases() {
@@ -226,6 +242,7 @@ std::vector<Case> FileCases() {
         {"NamesAreBytes", NamesAreBytes},
         {"LargeFilesComeBackWhole", LargeFilesComeBackWhole},
         {"AnArchiveMayOutliveItsFile", AnArchiveMayOutliveItsFile},
+        {"SyncChangesNothing", SyncChangesNothing},
     };
 }
 
