@@ -87,6 +87,25 @@ TEST(StreamRoles, ARecordThatIsWrittenTellsItsParentBehindItsIdentifier) {
                                                           std::string("\0\1\0", 3) + red);
 }
 
+// Only in an ordinary library would it show up in listings that nobody wants it in.
+TEST(StreamRoles, WhatIsConnectedComesAlongAndIsHiddenInAnOrdinaryLibraryAlone) {
+    TestHost host;
+    auto source = MakePaintLibrary(host, "SOURCE");
+    AssetDefinition& wall = AddPaint(*source, "Wall");
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
+    TestLibrary stream(host, GeneralLibrary::Serializing{});
+    TestLibrary ordinary(host, GeneralLibrary::Creating{"LIB", 0});
+    for (TestLibrary* const target : {&stream, &ordinary}) {
+        AssetDefinition* const copy = (*target)->CreatePreset(wall, "Wall", {});
+        ASSERT_NE(copy, nullptr);
+        PropertyTableImp* const connected =
+            copy->FindProperty(nuo::string_ref("p_map"))->ConnectedTable(0);
+        ASSERT_NE(connected, nullptr);
+        EXPECT_TRUE((*target)->IsRecord(*connected));
+        EXPECT_EQ(static_cast<AssetDefinition*>(connected)->IsHidden(), target == &ordinary);
+    }
+}
+
 TEST(StreamRoles, TheOneThatIsReadStandsBesideItsOriginalAndKeepsTheLibraryThatItsRecordsName) {
     TestHost host;
     auto written = MakeStreamed(host);
