@@ -145,11 +145,12 @@ TEST_F(SchemaLoadingTest, TheRootSchemaGetsWhatFilesLeaveOut) {
     EXPECT_EQ(reports.Take(), Lines{});
 }
 
-TEST_F(SchemaLoadingTest, WhatTheRootSchemaGetsAndIsNotPublicHasNoLabel) {
+TEST_F(SchemaLoadingTest, WhatTheRootSchemaGetsHasNoLabelAlsoWhereItIsPublic) {
     KRVTSchemaDefinition* common =
         Load(library, "<AssetSchema><UID val='CommonSchema'/></AssetSchema>");
     ASSERT_NE(common, nullptr);
-    for (const char* name : {"SchemaVersion", "VersionGUID", "localtype", "localname"})
+    for (const char* name :
+         {"SchemaVersion", "AssetLibID", "VersionGUID", "localtype", "localname"})
         EXPECT_EQ(Str(Find(*common, name).Descriptor().label), "") << name;
 }
 

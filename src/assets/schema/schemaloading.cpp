@@ -25,10 +25,11 @@ namespace {
 /** Below this version the root schema had defaults of its own for what each asset sets itself. */
 constexpr std::int32_t kVersionWithoutDefaultKeywords = 3;
 
-/** Adds a property that a file may leave out, unless it is there. */
-PropertyBase* AddMissing(KRVTSchemaDefinition& schema, nuo::string_ref element, nuo::string_ref id,
-                         std::uint32_t flags, std::int32_t integer = 0) {
-    if (schema.FindProperty(id) != nullptr) return nullptr;
+/** Adds a property that a file may leave out, unless it is there: without a label, even if public.
+ */
+void AddMissing(KRVTSchemaDefinition& schema, nuo::string_ref element, nuo::string_ref id,
+                std::uint32_t flags, std::int32_t integer = 0) {
+    if (schema.FindProperty(id) != nullptr) return;
     SchemaPropertyRecord record;
     record.fromXml = true;
     record.element = nuo::string(element);
@@ -37,7 +38,8 @@ PropertyBase* AddMissing(KRVTSchemaDefinition& schema, nuo::string_ref element, 
     record.flags = flags;
     record.integer = integer;
     record.values.assign(1, nuo::string());
-    return AddProperty(schema, record);
+    if (PropertyBase* const added = AddProperty(schema, record))
+        added->Descriptor().label = nuo::string();
 }
 
 void CompleteVersion(KRVTSchemaDefinition& schema) {
