@@ -280,6 +280,35 @@ TEST_F(Writing, AFailureToWriteIsNotLaidToWhatVerifyFinds) {
     EXPECT_TRUE(ReadFile(File()) == before_);
 }
 
+// The schemas of this one give warnings when they are read, whatever else is wrong.
+TEST_F(Writing, AWarningDoesNotHideWhyALibraryCannotBeWritten) {
+    SampleFile sample("odd-schema-noise.jpk");
+    const std::string part = sample.Path("AssetData/AssetTableOfContents.bin");
+    sample.Part(part).pop_back();
+    before_ = sample.Bytes();
+    WriteFile(File(), before_);
+    const std::string why = Run({"list", "a.jpk"}).err;
+    ASSERT_NE(why.find(part), std::string::npos) << why;
+    const Ran ran = Run({"remove", "a.jpk", "Bitmap-001"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, why);
+}
+
+TEST_F(Writing, ALengthWithoutAUnitHasNone) {
+    ASSERT_EQ(::mkdir(folder_.Path("schemas").c_str(), 0755), 0);
+    const std::string common = ReadFile(DataFile("schemas/CommonSchema.xml"));
+    WriteFile(folder_.Path("schemas/CommonSchema.xml"), common);
+    WriteFile(folder_.Path("schemas/Long.xml"),
+              "<AssetSchema><UID val=\"Long\"/><Base val=\"CommonSchema\"/><type val=\"t\"/>"
+              "<Distance id=\"plain\" val=\"1.5\"/>"
+              "<Distance id=\"inches\" val=\"2\" unit=\"in\"/></AssetSchema>");
+    ASSERT_EQ(Run({"create", "b.jpk", "--schemas", "schemas"}).status, 0);
+    ASSERT_EQ(Run({"add", "b.jpk", "Long", "L"}).status, 0);
+    const json shown = Run({"show", "b.jpk", "L", "--json"}).Json()["properties"];
+    EXPECT_EQ(shown["plain"], json({{"type", "kScalar"}, {"flags", 0x401}, {"value", 1.5}}));
+    EXPECT_EQ(shown["inches"]["units"], 8214);
+}
+
 TEST_F(Writing, AFolderInThePlaceOfAValueIsRefused) {
     Take("every-kind.jpk");
     const std::string source =
@@ -489,8 +518,10 @@ TEST_F(Writing, ASchemaWithoutItsDirectivesCreatesNothing) {
     WriteFile(file, "<AssetSchema><type val=\"t\"/></AssetSchema>");
     const Ran ran = Run({"create", "new.jpk", "--schemas", "schemas"});
     EXPECT_EQ(ran.status, 3);
-    EXPECT_EQ(ran.err, "halvern: new.jpk: the schema " + file +
-                           " cannot be loaded: its UID or its base is missing\n");
+    EXPECT_EQ(
+        ran.err,
+        "halvern: new.jpk: the schema " + file +
+            " cannot be loaded: its base is missing, or its UID is not the name of the file\n");
     EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
 }
 

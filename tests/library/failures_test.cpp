@@ -157,6 +157,21 @@ TEST(Failures, ACopyWhoseFileCannotBeStoredIsNotThere) {
     EXPECT_TRUE((*target)->Save());
 }
 
+TEST(Failures, ARecordThatACopyCouldNotFillWholeIsConnectedToRecordsAllTheSame) {
+    TestHost host;
+    auto source = MakePaintLibrary(host, "SOURCE");
+    auto target = MakePaintLibrary(host, "TARGET");
+    AssetDefinition& wall = AddPaint(*source, "Wall");
+    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
+    SetFile(wall, host.MakeFile("a.png", "one"));
+    const std::string endless(65530, 'x');  // no path in a ZIP is that long
+    AssetDefinition& present = AddPaint(*target, endless.c_str());
+    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    const PropertyBase& map = *present.FindProperty(nuo::string_ref("p_map"));
+    ASSERT_EQ(map.GetConnectedAssetCount(), 1U);
+    EXPECT_TRUE((*target)->IsRecord(*map.ConnectedTable(0)));
+}
+
 TEST(Failures, ACopyThatFailsLeavesTheConnectionsThatItsSchemaShares) {
     TestHost host;
     auto source = MakePaintLibrary(host, "SOURCE");

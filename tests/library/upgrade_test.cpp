@@ -183,7 +183,7 @@ TEST(Upgrade, OneThatCannotBeSavedChangesNothingAndCanBeTriedAgain) {
     EXPECT_TRUE(library->UpgradeLegacyContent());
     EXPECT_EQ(library->FindRecord("Old")->instanceBlock, 0U);
     EXPECT_STREQ(library.Text("Old", "p_file").c_str(),
-                 "jpk:?asset=/OLD/Resources/Old/p_file/0/a(1).png");
+                 "jpk:?asset=/OLD/Resources/Old/p_file/0/a.png");
 }
 
 TEST(Upgrade, FoldersThatStandThereAlreadyAreRefused) {

@@ -90,8 +90,9 @@ json PropertyJson(const IProperty& property, const std::string& locale) {
     json member{{"type", TypeName(property.GetType())},
                 {"flags", property.GetFlags()},
                 {"value", ValueJson(property, locale)}};
-    if ((property.GetFlags() & PropertyFlags::kUnits) != 0)
-        member["units"] = property.GetValue()->GetUnits();
+    // The flag also stands where a value of another class carries none.
+    if (const std::uint32_t units = property.GetValue()->GetUnits(); units != 0)
+        member["units"] = units;
     if ((property.GetFlags() & PropertyFlags::kConnectionMask) != 0)
         member["connected"] = ConnectedJson(property);
     return member;

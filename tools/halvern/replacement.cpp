@@ -184,7 +184,7 @@ WritableLibrary::WritableLibrary(Session& session, const std::string& path)
     if (library_ != nullptr) return;
     const std::string why = inspect::WhyNotSaved(file_.Path());
     throw Failure(kFile,
-                  session_.Reports().LastOr(why.empty() ? "the library cannot be written" : why));
+                  why.empty() ? session_.Reports().LastOr("the library cannot be written") : why);
 }
 
 WritableLibrary::~WritableLibrary() {
@@ -214,8 +214,7 @@ void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std:
     }
     if (!saved) {
         const std::string why = original.empty() ? "" : inspect::WhyNotSaved(original);
-        if (!why.empty()) words = why;
-        throw Failure(kFile, session.Reports().LastOr(words));
+        throw Failure(kFile, why.empty() ? session.Reports().LastOr(words) : why);
     }
     if (!session.Manager().UnloadLibrary(library))
         throw Failure(kFile, "the library is still in use and cannot be closed");

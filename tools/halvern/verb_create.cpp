@@ -54,8 +54,10 @@ void AddSchemas(Session& session, assets::IAssetLibrary& library, const Options&
             const std::string why = inspect::WhyNoSchema(file.string());
             throw Failure(
                 kFile, "the schema " + file.string() + " cannot be loaded: " +
-                           (why.empty() ? session.Reports().LastOr("its UID or its base is missing")
-                                        : why));
+                           (why.empty()
+                                ? session.Reports().LastOr(
+                                      "its base is missing, or its UID is not the name of the file")
+                                : why));
         }
         if (!library.AddSchema(schema))
             throw Failure(kNo, session.Reports().LastOr("the library does not take the schema " +

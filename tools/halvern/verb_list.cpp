@@ -1,4 +1,4 @@
-// "halvern list": the definitions of a library, from its listing alone.
+// "halvern list": the definitions of a library.
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,7 @@
 #include "assets/library/connectiondepth.h"
 
 #include <algorithm>
+#include <set>
 
 #include "assets/library/storedgroups.h"
 
@@ -10,8 +11,12 @@ namespace korvanet::platform::assets {
 // with a circle in it found does not serve the next one.
 int ConnectionDepth::Of(const PropertyTableImp& table) {
     met_circle_ = false;
+    steps_ = 0;
     const int depth = Walk(table, 0);
-    if (met_circle_) depths_.clear();
+    if (met_circle_) {
+        depths_.clear();
+        steps_in_circles_ += steps_;
+    }
     return depth;
 }
 
@@ -29,6 +34,27 @@ int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
         deepest = std::max(deepest, 1 + below);
     });
     return depths_[&table] = deepest;
+}
+
+std::vector<const PropertyTableImp*> LeadingTo(const std::vector<const PropertyTableImp*>& changed,
+                                               const std::vector<const PropertyTableImp*>& tables) {
+    std::multimap<const PropertyTableImp*, const PropertyTableImp*> sources;
+    for (const PropertyTableImp* table : tables)
+        ForEachConnection(
+            *table, [&](const PropertyTableImp& connected) { sources.emplace(&connected, table); });
+    std::set<const PropertyTableImp*> met(changed.begin(), changed.end());
+    std::vector<const PropertyTableImp*> open = changed;
+    std::vector<const PropertyTableImp*> leading;
+    while (!open.empty()) {
+        const auto [first, last] = sources.equal_range(open.back());
+        open.pop_back();
+        for (auto at = first; at != last; ++at) {
+            if (!met.insert(at->second).second) continue;
+            open.push_back(at->second);
+            leading.push_back(at->second);
+        }
+    }
+    return leading;
 }
 
 }  // namespace korvanet::platform::assets

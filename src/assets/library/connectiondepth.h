@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <vector>
 
 #include "assets/property/propertytable.h"
 
@@ -12,8 +13,8 @@ namespace korvanet::platform::assets {
 class ConnectionDepth {
 public:
     int Of(const PropertyTableImp& table);
-    // How many tables all walks have met so far.
-    std::uint64_t Steps() const { return steps_; }
+    // How many tables were met so far on walks that found a circle, and so serve no other walk.
+    std::uint64_t StepsInCircles() const { return steps_in_circles_; }
 
 private:
     static constexpr int kOnTheWay = -1;
@@ -24,7 +25,12 @@ private:
 
     std::map<const PropertyTableImp*, int> depths_;
     bool met_circle_ = false;
-    std::uint64_t steps_ = 0;
+    std::uint64_t steps_ = 0;  // of the present walk
+    std::uint64_t steps_in_circles_ = 0;
 };
+
+// Those of `tables` from which connections lead to one of `changed`, these left out.
+std::vector<const PropertyTableImp*> LeadingTo(const std::vector<const PropertyTableImp*>& changed,
+                                               const std::vector<const PropertyTableImp*>& tables);
 
 }  // namespace korvanet::platform::assets

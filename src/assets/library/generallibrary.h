@@ -156,9 +156,8 @@ public:
     AssetDefinition* CreatePreset(PropertyTableImp& source, nuo::string_ref identifier,
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
-    // stored it raises, and records that were made for it are gone again; one that was there before
-    // keeps what it took from the source, and what was made for one that is copied onto itself
-    // stays with it.
+    // stored it raises, and records that were made for it are gone again. One that was there before
+    // keeps what it took from the source, and what was made for it stays with it.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include "assets/asset/assetdefinition.h"
@@ -68,7 +69,7 @@ AssetDefinition* GeneralLibrary::CopyDefinition(PropertyTableImp& source,
         // the save.
         ImportFiles(*FindRecord(identifier)->table);
     } catch (...) {  // what was not there before is not there now
-        if (made != &source) DropRecords(fresh);
+        if (std::find(fresh.begin(), fresh.end(), identifier) != fresh.end()) DropRecords(fresh);
         throw;
     }
     return made;

@@ -25,9 +25,9 @@ namespace fs = velmor::fs;
 
 namespace {
 
-// Chosen: a fraction of a second, and forty times what a library of 60,000 unconnected records and
-// one changed needs.
-constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 21;
+// Chosen: a second or two. A circle of a thousand records, each of which leads to a changed one, is
+// measured whole.
+constexpr std::uint64_t kMostStepsInCircles = std::uint64_t{1} << 22;
 
 // A record of no stored properties is one zero byte, since a chain holds at least one.
 void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
@@ -121,22 +121,21 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
 }
 
 // An unchanged record may lead to one that has changed. In circles each of them takes a walk of its
-// own, so these end where a library of any sense has long come to its end.
+// own, which a file made for it could drive without end: those are then taken as they were.
 void GeneralLibrary::CheckConnectionDepth() {
+    std::vector<const PropertyTableImp*> changed;
+    std::vector<const PropertyTableImp*> all;
+    ForEachRecord([&](HalvernAsset& record) {
+        all.push_back(record.table);
+        if (record.state == HalvernAsset::kChanged) changed.push_back(record.table);
+    });
     ConnectionDepth depth;
-    const auto check = [&](const HalvernAsset& record) {
-        if (depth.Of(*record.table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
-    };
-    bool changed = false;
-    ForEachRecord([&](HalvernAsset& record) {
-        if (record.state != HalvernAsset::kChanged) return;
-        changed = true;
-        check(record);
-    });
-    if (!changed) return;
-    ForEachRecord([&](HalvernAsset& record) {
-        if (record.state == 0 && depth.Steps() < kMostDepthSteps) check(record);
-    });
+    for (const PropertyTableImp* table : changed)
+        if (depth.Of(*table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    if (changed.empty()) return;
+    for (const PropertyTableImp* table : LeadingTo(changed, all))
+        if (depth.StepsInCircles() < kMostStepsInCircles && depth.Of(*table) > kMaxConnectionDepth)
+            NUO_RAISE(JpkFsErr);
 }
 
 // The numbers go with the blocks: should a later step fail, another record may have these blocks by

@@ -41,19 +41,19 @@ bool GeneralLibrary::UpgradeLegacyContent() {
 void GeneralLibrary::GoBackTo(const Former& former) {
     definition_store_.reset();
     instance_store_.reset();
+    layout_ = former.layout;
+    embed_option_ = former.embed_option;
+    uncommitted_save_ = former.uncommitted_save;
     for (const nuo::string& name : RecordNames()) {
         HalvernAsset& record = *FindRecord(name);
         record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
     }
-    for (const FormerUri& uri : former.uris)
-        CopyValue(*uri.value, *uri.property);
+    resources_->DropUncommitted();
+    resources_->SetLegacyLayout(true);
     fs::recursiveRemove(package_, Path(kAssetDataFolder));
     fs::recursiveRemove(package_, Path(kSchemasFolder));
-    layout_ = former.layout;
-    embed_option_ = former.embed_option;
-    uncommitted_save_ = former.uncommitted_save;
-    resources_->SetLegacyLayout(true);
-    resources_->NoteCommit();  // what came in for the new layout is of no use
+    for (const FormerUri& uri : former.uris)
+        CopyValue(*uri.value, *uri.property);
 }
 
 // The files of the older folder come to where the present layout keeps them, and every record is to

@@ -206,6 +206,16 @@ void LibraryResources::NoteCommit() {
     taken_out_.clear();
 }
 
+void LibraryResources::DropUncommitted() {
+    const auto is_own = [this](const nuo::string& path) { return IsOwn(path); };
+    for (const nuo::string& path : uncommitted_)
+        if (is_own(path)) package_.remove(path);
+    std::erase_if(uncommitted_, is_own);
+    std::erase_if(taken_out_, [&](const auto& entry) { return is_own(entry.first); });
+    std::erase_if(paths_, [&](const auto& entry) { return is_own(entry.second); });
+    std::erase_if(numbers_, [&](const auto& entry) { return is_own(entry.first); });
+}
+
 void LibraryResources::TakeUncommittedOut() {
     for (const nuo::string& path : uncommitted_) {
         const auto part = OpenPart(path);

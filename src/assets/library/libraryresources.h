@@ -47,6 +47,8 @@ public:
     // an archive that can be written.
     void NoteStored(nuo::string_ref path) { uncommitted_.insert(nuo::string(path)); }
     void NoteCommit();
+    // Removes those of them that lie in the present layout.
+    void DropUncommitted();
     void TakeUncommittedOut();
     void PutUncommittedBack();
 

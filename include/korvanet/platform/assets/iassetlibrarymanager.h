@@ -154,7 +154,8 @@ public:
                                                      const IString* libraryIdentifier) = 0;
 
     /// Loads "<folder>/<name>.xml" and, from the same folder, the schemas that it is based on, into
-    /// the shared set. Null when one of them is missing. Where the shared set refuses this one, the
+    /// the shared set. Null when one of them is missing, or when the file's schema has another name
+    /// than the file. Where the shared set refuses this one, the
     /// result is the one that it has of that name, or null when it has none.
     virtual IAssetSchema* LoadSchemaFromFolder(const IString& name, const IString& folder) = 0;
 
