@@ -1,3 +1,4 @@
+#include "assets/library/connectiondepth.h"
 #include "assets/library/librarymarkers.h"
 #include "assets/library/tabletext.h"
 #include "assets/package/packageoptions.h"
@@ -69,6 +70,32 @@ TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
         last = &next;
     }
     EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
+TEST(Saving, TheDepthOfWhatLeadsToNoCircleIsFoundOnce) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
+        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
+    };
+    AssetDefinition& first = AddPaint(*library, "First");
+    AssetDefinition* last = &first;
+    for (int i = 0; i < 50; ++i) {
+        AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
+        connect(*last, next);
+        last = &next;
+    }
+    ConnectionDepth depth;
+    EXPECT_EQ(depth.Of(first), 50);
+    EXPECT_EQ(depth.StepsInCircles(), 0U);
+    for (const char* name : {"A", "B"}) {
+        AssetDefinition& own = AddPaint(*library, name);
+        connect(own, first);
+        connect(own, own);
+        EXPECT_EQ(depth.Of(own), 51);
+    }
+    // Each walk met its start, the chain and its start again.
+    EXPECT_EQ(depth.StepsInCircles(), 6U);
 }
 
 TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {

@@ -177,6 +177,7 @@ TEST(Upgrade, OneThatCannotBeSavedChangesNothingAndCanBeTriedAgain) {
     EXPECT_EQ(library->GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
     EXPECT_EQ(library.package->state("OLD/AssetData").state, fs::state_not_found);
     EXPECT_EQ(library.package->state("OLD/Schemas").state, fs::state_not_found);
+    EXPECT_EQ(library.package->state("OLD/Resources").state, fs::state_not_found);
     EXPECT_STREQ(library.Text("Old", "p_file").c_str(), file.c_str());
     auto* const text = odd->FindProperty(L"z")->GetValue();
     ASSERT_TRUE(dynamic_cast<IStringValue*>(text)->SetValue(L"fine"));

@@ -12,12 +12,16 @@ namespace korvanet::platform::assets {
 int ConnectionDepth::Of(const PropertyTableImp& table) {
     met_circle_ = false;
     steps_ = 0;
+    walked_.clear();
     const int depth = Walk(table, 0);
-    if (met_circle_) {
-        depths_.clear();
-        steps_in_circles_ += steps_;
-    }
+    if (met_circle_) Forget();
     return depth;
+}
+
+void ConnectionDepth::Forget() {
+    for (const PropertyTableImp* table : walked_)
+        depths_.erase(table);
+    steps_in_circles_ += steps_;
 }
 
 int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
@@ -28,6 +32,7 @@ int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
         return 0;
     }
     if (!fresh) return known->second;
+    walked_.push_back(&table);
     int deepest = 0;
     ForEachConnection(table, [&](const PropertyTableImp& connected) {
         const int below = level >= kEnough ? kEnough : Walk(connected, level + 1);

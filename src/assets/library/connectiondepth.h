@@ -9,7 +9,8 @@
 namespace korvanet::platform::assets {
 
 // How deep the connections of tables reach: 0 for a table without any. Connections that lead back
-// to a table on the way do not count. Each table is walked once, but for those in circles.
+// to a table on the way do not count. Each table is walked once, but for those that a start reaches
+// along with a circle.
 class ConnectionDepth {
 public:
     int Of(const PropertyTableImp& table);
@@ -22,10 +23,12 @@ private:
     static constexpr int kEnough = PropertyTableImp::kMaxConnectionDepth + 1;
 
     int Walk(const PropertyTableImp& table, int level);
+    void Forget();
 
     std::map<const PropertyTableImp*, int> depths_;
+    std::vector<const PropertyTableImp*> walked_;  // from the present start
     bool met_circle_ = false;
-    std::uint64_t steps_ = 0;  // of the present walk
+    std::uint64_t steps_ = 0;  // from the present start
     std::uint64_t steps_in_circles_ = 0;
 };
 

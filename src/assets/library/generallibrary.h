@@ -157,7 +157,8 @@ public:
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
     // stored it raises, and records that were made for it are gone again. One that was there before
-    // keeps what it took from the source, and what was made for it stays with it.
+    // keeps what it took from the source, and what was made for it stays with it. Files that came
+    // in before the one that could not stay in the package.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.

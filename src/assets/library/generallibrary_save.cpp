@@ -25,9 +25,11 @@ namespace fs = velmor::fs;
 
 namespace {
 
-// Chosen: a second or two. A circle of a thousand records, each of which leads to a changed one, is
-// measured whole.
-constexpr std::uint64_t kMostStepsInCircles = std::uint64_t{1} << 22;
+// What measuring connections in circles may take, where each record takes a walk of its own.
+// Chosen: seconds for the records of a save, which it refuses beyond that: circles of some thousand
+// records are none that a host makes. A quarter of it for those that only lead to them.
+constexpr std::uint64_t kMostStepsInCircles = std::uint64_t{1} << 24;
+constexpr std::uint64_t kMostStepsAround = kMostStepsInCircles / 4;
 
 // A record of no stored properties is one zero byte, since a chain holds at least one.
 void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
@@ -120,8 +122,8 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
                 AddSharingCopy(table, entry.Property());
 }
 
-// An unchanged record may lead to one that has changed. In circles each of them takes a walk of its
-// own, which a file made for it could drive without end: those are then taken as they were.
+// An unchanged record may lead to one that has changed. When so many of these stand around circles
+// that measuring them all would take too long, the rest is taken as it was.
 void GeneralLibrary::CheckConnectionDepth() {
     std::vector<const PropertyTableImp*> changed;
     std::vector<const PropertyTableImp*> all;
@@ -129,13 +131,20 @@ void GeneralLibrary::CheckConnectionDepth() {
         all.push_back(record.table);
         if (record.state == HalvernAsset::kChanged) changed.push_back(record.table);
     });
-    ConnectionDepth depth;
-    for (const PropertyTableImp* table : changed)
-        if (depth.Of(*table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
     if (changed.empty()) return;
-    for (const PropertyTableImp* table : LeadingTo(changed, all))
-        if (depth.StepsInCircles() < kMostStepsInCircles && depth.Of(*table) > kMaxConnectionDepth)
-            NUO_RAISE(JpkFsErr);
+    ConnectionDepth depth;
+    const auto refuse = [&](const PropertyTableImp* table) {
+        if (depth.Of(*table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    };
+    for (const PropertyTableImp* table : changed) {
+        refuse(table);
+        if (depth.StepsInCircles() > kMostStepsInCircles) NUO_RAISE(JpkFsErr);
+    }
+    const std::uint64_t enough = depth.StepsInCircles() + kMostStepsAround;
+    for (const PropertyTableImp* table : LeadingTo(changed, all)) {
+        if (depth.StepsInCircles() > enough) return;
+        refuse(table);
+    }
 }
 
 // The numbers go with the blocks: should a later step fail, another record may have these blocks by

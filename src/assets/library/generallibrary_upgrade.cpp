@@ -48,12 +48,12 @@ void GeneralLibrary::GoBackTo(const Former& former) {
         HalvernAsset& record = *FindRecord(name);
         record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
     }
+    for (const FormerUri& uri : former.uris)
+        CopyValue(*uri.value, *uri.property);
     resources_->DropUncommitted();
     resources_->SetLegacyLayout(true);
     fs::recursiveRemove(package_, Path(kAssetDataFolder));
     fs::recursiveRemove(package_, Path(kSchemasFolder));
-    for (const FormerUri& uri : former.uris)
-        CopyValue(*uri.value, *uri.property);
 }
 
 // The files of the older folder come to where the present layout keeps them, and every record is to

@@ -209,7 +209,7 @@ void LibraryResources::NoteCommit() {
 void LibraryResources::DropUncommitted() {
     const auto is_own = [this](const nuo::string& path) { return IsOwn(path); };
     for (const nuo::string& path : uncommitted_)
-        if (is_own(path)) package_.remove(path);
+        if (is_own(path)) RemoveWithFolders(path);
     std::erase_if(uncommitted_, is_own);
     std::erase_if(taken_out_, [&](const auto& entry) { return is_own(entry.first); });
     std::erase_if(paths_, [&](const auto& entry) { return is_own(entry.second); });
@@ -235,6 +235,12 @@ void LibraryResources::PutUncommittedBack() {
         nuo::archive::write_all(*part->query_writer(), {bytes.begin(), bytes.end()});
     }
     taken_out_.clear();
+}
+
+// The folders too that hold nothing else, up to that of the library.
+void LibraryResources::RemoveWithFolders(nuo::string_ref path) {
+    while (IsOwn(path) && package_.remove(path) == fs::er_ok)
+        path = path.substr(0, path.rfind('/'));
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {

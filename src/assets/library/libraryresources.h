@@ -68,6 +68,7 @@ private:
     nuo::string Import(nuo::string_ref value, nuo::string_ref folder);
     nuo::string FreeTarget(nuo::string_ref folder, const nuo::string& name);
     void Store(nuo::archive::iarchive& source, nuo::string_ref folder, nuo::string_ref target);
+    void RemoveWithFolders(nuo::string_ref path);
     bool PartExists(nuo::string_ref path);
 
     velmor::fs::IVfs& package_;

@@ -154,9 +154,9 @@ public:
                                                      const IString* libraryIdentifier) = 0;
 
     /// Loads "<folder>/<name>.xml" and, from the same folder, the schemas that it is based on, into
-    /// the shared set. Null when one of them is missing, or when the file's schema has another name
-    /// than the file. Where the shared set refuses this one, the
-    /// result is the one that it has of that name, or null when it has none.
+    /// the shared set, and returns the schema that the shared set then has under that name: the one
+    /// of the file or, where the shared set refuses that or the file's schema has another name, one
+    /// that it had before, or null. Null when one of the files is missing.
     virtual IAssetSchema* LoadSchemaFromFolder(const IString& name, const IString& folder) = 0;
 
     /// Makes `manager` a handle on the messages of the process, and returns it.
