@@ -207,7 +207,7 @@ TEST_F(TableCloneTest, AFailureInsideACircleLeavesNothingBehind) {
     PropertyTableImp& b = NewTable();
     Connect(a, b);
     Connect(b, a);
-    Connect(b, Chain(PropertyTableImp::kMaxConnectionDepth));
+    Connect(a, Chain(PropertyTableImp::kMaxConnectionDepth));
     const int living = tables.living;
     EXPECT_EQ(a.Clone(space), nullptr);
     EXPECT_EQ(tables.living, living);
@@ -220,7 +220,7 @@ TEST_F(TableCloneTest, AFullHeapInsideACircleLeavesNothingBehind) {
     PropertyTableImp& b = NewTable();
     Connect(a, b);
     Connect(b, a);
-    Connect(b, NewTable());
+    Connect(a, NewTable());  // cloned when the circle is closed
     const int living = tables.living;
     const int blocks = heap.blocks;
     const int needed = [&] {
