@@ -144,47 +144,46 @@ TEST(Failures, ARecordInTheChainOfFreeBlocksIsNotOverwritten) {
     EXPECT_NE(again->LoadDefinition("0"), nullptr);
 }
 
-TEST(Failures, ACopyWhoseFileCannotBeStoredIsNotThere) {
+// A wall with a file, to be copied under a name that no path in a ZIP has room for.
+class FailingCopy : public testing::Test {
+protected:
+    FailingCopy() { SetFile(wall, host.MakeFile("a.png", "one")); }
+
+    void ConnectSpots() {
+        wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
+    }
+    void Copy() { EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr); }
+
     TestHost host;
-    auto source = MakePaintLibrary(host, "SOURCE");
-    auto target = MakePaintLibrary(host, "TARGET");
+    std::unique_ptr<TestLibrary> source = MakePaintLibrary(host, "SOURCE");
+    std::unique_ptr<TestLibrary> target = MakePaintLibrary(host, "TARGET");
     AssetDefinition& wall = AddPaint(*source, "Wall");
-    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
-    SetFile(wall, host.MakeFile("a.png", "one"));
-    const std::string endless(65530, 'x');  // no path in a ZIP is that long
-    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    const std::string endless = std::string(65530, 'x');
+};
+
+TEST_F(FailingCopy, IsNotThere) {
+    ConnectSpots();
+    Copy();
     EXPECT_TRUE((*target)->RecordNames().empty());
     EXPECT_TRUE((*target)->Save());
 }
 
-TEST(Failures, ARecordThatACopyCouldNotFillWholeIsConnectedToRecordsAllTheSame) {
-    TestHost host;
-    auto source = MakePaintLibrary(host, "SOURCE");
-    auto target = MakePaintLibrary(host, "TARGET");
-    AssetDefinition& wall = AddPaint(*source, "Wall");
-    wall.FindProperty(nuo::string_ref("p_map"))->AppendConnection(AddPaint(*source, "Spots"));
-    SetFile(wall, host.MakeFile("a.png", "one"));
-    const std::string endless(65530, 'x');  // no path in a ZIP is that long
+TEST_F(FailingCopy, LeavesARecordThatWasThereConnectedToRecords) {
+    ConnectSpots();
     AssetDefinition& present = AddPaint(*target, endless.c_str());
-    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    Copy();
     const PropertyBase& map = *present.FindProperty(nuo::string_ref("p_map"));
     ASSERT_EQ(map.GetConnectedAssetCount(), 1U);
     EXPECT_TRUE((*target)->IsRecord(*map.ConnectedTable(0)));
 }
 
-TEST(Failures, ACopyThatFailsLeavesTheConnectionsThatItsSchemaShares) {
-    TestHost host;
-    auto source = MakePaintLibrary(host, "SOURCE");
-    auto target = MakePaintLibrary(host, "TARGET");
-    AssetDefinition& wall = AddPaint(*source, "Wall");
+TEST_F(FailingCopy, LeavesTheConnectionsThatItsSchemaShares) {
     KRVTSchemaDefinition& schema = *(*target)->Schemas().FindOwn("PaintSchema");
     schema.AddReferenceProperty(
         L"fixed", PropertyFlags::kReadOnly | PropertyFlags::kAllowConnectedAssets, L"", false);
     PropertyBase& fixed = *schema.FindProperty(nuo::string_ref("fixed"));
     fixed.AppendConnection(AddPaint(*target, "Spots"));
-    SetFile(wall, host.MakeFile("a.png", "one"));
-    const std::string endless(65530, 'x');  // no path in a ZIP is that long
-    EXPECT_THROW((*target)->CopyDefinition(wall, endless.c_str()), JpkFsErr);
+    Copy();
     EXPECT_EQ(fixed.GetConnectedAssetCount(), 1U);
 }
 

@@ -2,10 +2,14 @@
 #include "assets/library/librarymarkers.h"
 #include "assets/library/tabletext.h"
 #include "assets/package/packageoptions.h"
+#include "package/package_files.h"
 #include "support.h"
 
 namespace korvanet::platform::assets {
 namespace {
+
+using package_tests::Option;
+using package_tests::SetOption;
 
 constexpr char kVersionTable[] =
     "AssetTableOfContents:3.1,\nDefinitionIteratorProperties:3.2,\nInstanceProperties:3.1,\n"
@@ -350,21 +354,13 @@ TEST(Saving, OptionsOfTheCreationAreStoredInDecimal) {
     TestHost host;
     TestLibrary library(host, GeneralLibrary::Creating{"LIB", 65});
     library.SavedBytes();
-    const nuo::any value =
-        library.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}));
-    ASSERT_FALSE(value.empty());
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uint32");
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "65");
+    EXPECT_EQ(Option(*library.package, kPackageOption, "LIB", "embed option"), "uint32:65");
 }
 
 TEST(Saving, TheIdentifierIsAnOptionOfTheFolderFromTheStart) {
     TestHost host;
     TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
-    const nuo::any value =
-        library.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "identifier"}));
-    ASSERT_FALSE(value.empty());
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uuid");
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "LIB");
+    EXPECT_EQ(Option(*library.package, kPackageOption, "LIB", "identifier"), "uuid:LIB");
 }
 
 TEST(Saving, TheStoredOptionsAreReadBackAsTheNumberThatTheyBeginWith) {
@@ -373,16 +369,13 @@ TEST(Saving, TheStoredOptionsAreReadBackAsTheNumberThatTheyBeginWith) {
     {
         TestLibrary library(host, GeneralLibrary::Creating{"LIB", 65});
         library.SavedBytes();
-        library.package->setopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}),
-                                nuo::any(option_value{"uint32", "66 and words"}));
+        SetOption(*library.package, kPackageOption, "LIB", "embed option", "uint32",
+                  "66 and words");
         bytes = library.CommittedBytes();
     }
     TestLibrary again(host, bytes, true);
     again.SavedBytes();
-    const nuo::any value =
-        again.package->getopt(kPackageOption, nuo::any(option_key{"LIB", "embed option"}));
-    ASSERT_FALSE(value.empty());
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "66");
+    EXPECT_EQ(Option(*again.package, kPackageOption, "LIB", "embed option"), "uint32:66");
 }
 
 TEST(Saving, TheFirstFolderByNameIsTheLibraryWhateverStandsBesideIt) {

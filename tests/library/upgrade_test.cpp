@@ -1,12 +1,15 @@
 #include "assets/library/ilegacycontent.h"
 #include "assets/library/tabletext.h"
 #include "nuo/common/archive/primitives.h"
+#include "package/package_files.h"
 #include "support.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
 namespace fs = velmor::fs;
+using package_tests::Option;
+using package_tests::SetOption;
 
 // Reads one paint "Old" from any file, and writes files that say nothing.
 class PlainLegacy final : public ILegacyContent {
@@ -53,16 +56,11 @@ TEST(Upgrade, TheOlderLayoutIsWrittenAsTwoPartsWithTheirOptions) {
     TestLibrary library(host, OldLibrary(host, "OLD"), true);
     EXPECT_EQ(library.Part("qmx/OLD/directory.xml"), "<directory/>");
     EXPECT_EQ(library.Part("qmx/OLD/objects.xml"), "<objects/>");
-    const auto option = [&](const char* part, const char* name) {
-        const nuo::any value =
-            library.package->getopt(kPartOption, nuo::any(option_key{part, name}));
-        return value.empty() ? std::string("none")
-                             : std::string(nuo::any_cast<option_value>(&value)->text.data());
-    };
-    EXPECT_EQ(option("qmx/OLD/directory.xml", ""), "QMX content directory");
-    EXPECT_EQ(option("qmx/OLD/directory.xml", "interop content"), "1");
-    EXPECT_EQ(option("qmx/OLD/objects.xml", ""), "QMX objects");
-    EXPECT_EQ(option("qmx/OLD/objects.xml", "interop content"), "1");
+    for (const auto& [part, title] : {std::pair{"qmx/OLD/directory.xml", ":QMX content directory"},
+                                      {"qmx/OLD/objects.xml", ":QMX objects"}}) {
+        EXPECT_EQ(Option(*library.package, kPartOption, part, ""), std::string("name") + title);
+        EXPECT_EQ(Option(*library.package, kPartOption, part, "interop content"), "bool:1");
+    }
 }
 
 TEST(Upgrade, AMaterialLibraryIsConvertedAndReadsBackInThePresentLayout) {
@@ -87,11 +85,7 @@ TEST(Upgrade, TheConvertedFolderGetsTheIdentifierAsItsOption) {
     const PlainLegacy legacy(host);
     TestLibrary library(host, OldLibrary(host, "OLD"), true);
     ASSERT_TRUE(library->UpgradeLegacyContent());
-    const nuo::any value =
-        library.package->getopt(kPackageOption, nuo::any(option_key{"OLD", "identifier"}));
-    ASSERT_FALSE(value.empty());
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->type == "uuid");
-    EXPECT_TRUE(nuo::any_cast<option_value>(&value)->text == "OLD");
+    EXPECT_EQ(Option(*library.package, kPackageOption, "OLD", "identifier"), "uuid:OLD");
 }
 
 TEST(Upgrade, AFileOfTheOlderFolderComesToThePlaceOfThePropertyThatNamesIt) {
@@ -124,8 +118,7 @@ TEST(Upgrade, AnOptionThatAsksForTheOlderLayoutDoesNotEndInNone) {
     {
         TestLibrary old(host, OldLibrary(host, "OLD"), true);
         ASSERT_EQ(old.package->createDir("OLD"), fs::er_ok);
-        old.package->setopt(kPackageOption, nuo::any(option_key{"OLD", "embed option"}),
-                            nuo::any(option_value{"uint32", "8"}));
+        SetOption(*old.package, kPackageOption, "OLD", "embed option", "uint32", "8");
         bytes = old.CommittedBytes();
     }
     {

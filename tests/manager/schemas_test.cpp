@@ -46,6 +46,16 @@ protected:
         return Manager().LoadSchemaFromFolder(core::UTF8String("GenericSchema"),
                                               core::UTF8String(Folder().c_str()));
     }
+    // An instance made from a schema of a library, which is unloaded then.
+    assets::IAssetInstance* FromLibrarysSchema() {
+        assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
+        assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
+        assets::IAssetInstance* const instance =
+            Manager().CreateInstanceFromSchema(definition->GetSchema(), nullptr, nullptr);
+        definition->Release();
+        EXPECT_TRUE(Unload(library));
+        return instance;
+    }
     assets::IAssetSchema* Find(const char* name) {
         return Manager().FindSchema(core::UTF8String(name));
     }
@@ -213,13 +223,8 @@ TEST_F(Schemas, GiveInstancesUnderAGivenIdentifierAsOftenAsAsked) {
 }
 
 TEST_F(Schemas, AnInstanceOfALibrarysSchemaOutlivesTheLibrary) {
-    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
-    assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
-    assets::IAssetInstance* const instance =
-        Manager().CreateInstanceFromSchema(definition->GetSchema(), nullptr, nullptr);
+    assets::IAssetInstance* const instance = FromLibrarysSchema();
     ASSERT_NE(instance, nullptr);
-    definition->Release();
-    EXPECT_TRUE(Unload(library));
     EXPECT_EQ(instance->GetSchema(), Find("GenericSchema"));
     instance->Release();
 }
@@ -231,14 +236,8 @@ double NumberOf(assets::IPropertyTable& table, const wchar_t* name) {
 // Of two schemas of one name and version that differ, the shared set keeps the first.
 TEST_F(Schemas, AnInstanceOfALibrarysSchemaHasTheDefaultsOfThatSchema) {
     Shifted();
-    assets::IAssetLibrary* const library = Open(CopySample("starter.jpk"));
-    ASSERT_NE(library, nullptr);
-    assets::IAssetDefinition* const definition = DefinitionOf(*library, "Generic-001");
-    assets::IAssetInstance* const instance =
-        Manager().CreateInstanceFromSchema(definition->GetSchema(), nullptr, nullptr);
+    assets::IAssetInstance* const instance = FromLibrarysSchema();
     ASSERT_NE(instance, nullptr);
-    definition->Release();
-    EXPECT_TRUE(Unload(library));
     EXPECT_EQ(NumberOf(*instance, L"generic_refraction_index"), 1.52);
     EXPECT_EQ(instance->GetSchema(), Find("GenericSchema"));
     EXPECT_EQ(NumberOf(*Find("GenericSchema"), L"generic_refraction_index"), 2.5);
