@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "assets/library/datastore.h"
@@ -11,6 +10,7 @@
 #include "assets/library/libraryresources.h"
 #include "assets/library/recordform.h"
 #include "assets/library/recordlayout.h"
+#include "assets/library/schemaparts.h"
 #include "assets/library/sharedassets.h"
 #include "assets/library/versiontable.h"
 #include "assets/manager/base/librarynamespaces.h"
@@ -255,7 +255,7 @@ private:
     // A schema on its way into its part.
     struct SchemaText {
         nuo::string id;
-        nuo::string leaf;
+        nuo::string part;
         nuo::string text;
     };
     using SchemaTexts = std::vector<SchemaText>;
@@ -266,11 +266,8 @@ private:
                              const std::vector<KRVTSchemaDefinition*>& shared);
     static bool MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema);
     bool TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas, SchemaTexts& texts) const;
-    bool MayBeWritten(const nuo::string& leaf, const nuo::string& id) const;
-    void AddSchemaPart(const nuo::string& id, const nuo::string& leaf);
+    bool MayBeWritten(const nuo::string& part, const nuo::string& id) const;
     void WriteSchemas(const SchemaTexts& texts);
-    nuo::string SchemaLeaf(const nuo::string& id) const;
-    void RemoveOtherParts(const SchemaTexts& written);
 
     // generallibrary_upgrade.cpp
     // A URI as it was, and where.
@@ -315,10 +312,7 @@ private:
     bool uncommitted_save_ = false;
     std::uint32_t embed_option_ = 0;
     nuo::string scratch_folder_;
-    // Of each schema that was read, the parts that told it.
-    std::multimap<nuo::string, nuo::string, nuo::string_less> schema_parts_;
-    // The same the other way round.
-    std::map<nuo::string, nuo::string, nuo::string_less> part_owners_;
+    SchemaParts schema_parts_;
     // What was freed since the package was committed, by its first block: stores that are opened
     // anew know it as records still.
     std::vector<std::uint32_t> freed_definition_blocks_;

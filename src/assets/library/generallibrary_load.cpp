@@ -193,7 +193,7 @@ void GeneralLibrary::LoadSchemaPart(nuo::string_ref name) {
     const auto part = OpenPart(package_, path);
     const KRVTSchemaDefinition* const schema = part ? schemas_->LoadSchema(*part) : nullptr;
     if (schema == nullptr) NUO_RAISE(JpkFsErr, path);
-    AddSchemaPart(schema->Id(), nuo::string(name));
+    schema_parts_.Add(schema->Id(), nuo::string(name));
 }
 
 void GeneralLibrary::ReadContents() {

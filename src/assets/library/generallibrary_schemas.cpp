@@ -1,9 +1,7 @@
 // How schemas come into a library, and into its parts.
 
 #include <algorithm>
-#include <iterator>
 #include <map>
-#include <set>
 
 #include "assets/library/generallibrary.h"
 #include "assets/library/libraryparts.h"
@@ -96,7 +94,8 @@ KRVTSchemaDefinition* GeneralLibrary::EnsureBelow(KRVTSchemaDefinition* base,
     if (base == nullptr && !schema.BaseId().empty()) return nullptr;
     if (schemas_->IsPending(schema.Id())) return nullptr;
     // Nor is one taken that the library could not be saved with.
-    if (!CanNameSchemaPart(schema.Id()) || !MayBeWritten(SchemaLeaf(schema.Id()), schema.Id()))
+    if (!CanNameSchemaPart(schema.Id()) ||
+        !MayBeWritten(schema_parts_.PartFor(schema.Id()), schema.Id()))
         return nullptr;
     const intrusive_ptr<KRVTSchemaDefinition> copy = CopySchema(schema);
     copy->SetBase(base);
@@ -155,8 +154,8 @@ bool GeneralLibrary::MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefiniti
 bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
                                  SchemaTexts& texts) const {
     for (const KRVTSchemaDefinition* schema : schemas) {
-        SchemaText told{schema->Id(), SchemaLeaf(schema->Id()), WriteSchemaXml(*schema)};
-        if (!MayBeWritten(told.leaf, told.id) || !IsReadableSchema(told.text) ||
+        SchemaText told{schema->Id(), schema_parts_.PartFor(schema->Id()), WriteSchemaXml(*schema)};
+        if (!MayBeWritten(told.part, told.id) || !IsReadableSchema(told.text) ||
             !KeepsItsShape(*schemas_, *schema, told.text))
             return false;
         texts.push_back(std::move(told));
@@ -164,52 +163,26 @@ bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schem
     return true;
 }
 
-// What a schema was read from may have the name that follows from the id of another one. It keeps
-// that part when it still waits for its base, and so is in its file alone, or when no part can be
-// named after it.
-bool GeneralLibrary::MayBeWritten(const nuo::string& leaf, const nuo::string& id) const {
-    const auto owner = part_owners_.find(leaf);
-    if (owner == part_owners_.end() || owner->second == id) return true;
-    return schemas_->FindOwn(owner->second) != nullptr && !(SchemaLeaf(owner->second) == leaf);
-}
-
-void GeneralLibrary::AddSchemaPart(const nuo::string& id, const nuo::string& leaf) {
-    schema_parts_.emplace(id, leaf);
-    part_owners_.insert_or_assign(leaf, id);
-}
-
-void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
-    for (const SchemaText& told : texts)
-        WritePart(fs::joinPath(Path(kSchemasFolder), told.leaf), told.text);
-    RemoveOtherParts(texts);
-}
-
-// The part that a schema is written to. One that came under a name which does not follow from its
-// id keeps its part when no part can be named after it.
-nuo::string GeneralLibrary::SchemaLeaf(const nuo::string& id) const {
-    const auto loaded = schema_parts_.find(id);
-    if (loaded == schema_parts_.end() || CanNameSchemaPart(id))
-        return nuo::string(id, kSchemaExtension);
-    return loaded->second;
+// A part is another's when that one still waits for its base, and so is in its file alone, or will
+// be written to it too.
+bool GeneralLibrary::MayBeWritten(const nuo::string& part, const nuo::string& id) const {
+    const nuo::string* const owner = schema_parts_.SchemaOf(part);
+    if (owner == nullptr || *owner == id) return true;
+    return schemas_->FindOwn(*owner) != nullptr && !(schema_parts_.PartFor(*owner) == part);
 }
 
 // A schema has one part: of several the next reader would take the first, and with it an old form.
-void GeneralLibrary::RemoveOtherParts(const SchemaTexts& written) {
-    std::set<nuo::string, nuo::string_less> leaves;
-    std::set<nuo::string, nuo::string_less> ids;
-    for (const SchemaText& told : written) {
-        leaves.insert(told.leaf);
-        ids.insert(told.id);
-    }
-    for (auto at = schema_parts_.begin(); at != schema_parts_.end();) {
-        const bool own = ids.count(at->first) != 0;
-        if (own && leaves.count(at->second) == 0)
-            package_.remove(fs::joinPath(Path(kSchemasFolder), at->second));
-        if (own) part_owners_.erase(at->second);
-        at = own ? schema_parts_.erase(at) : std::next(at);
-    }
-    for (const SchemaText& told : written)
-        AddSchemaPart(told.id, told.leaf);
+// All are noted before any goes, for what one schema leaves may be what another takes.
+void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
+    const nuo::string folder = Path(kSchemasFolder);
+    for (const SchemaText& told : texts)
+        WritePart(fs::joinPath(folder, told.part), told.text);
+    std::vector<nuo::string> left;
+    for (const SchemaText& told : texts)
+        for (nuo::string& part : schema_parts_.KeepOnly(told.id, told.part))
+            left.push_back(std::move(part));
+    for (const nuo::string& part : left)
+        if (schema_parts_.SchemaOf(part) == nullptr) package_.remove(fs::joinPath(folder, part));
 }
 
 }  // namespace korvanet::platform::assets
