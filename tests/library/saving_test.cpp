@@ -76,30 +76,27 @@ TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
     EXPECT_THROW((*library)->Save(), JpkFsErr);
 }
 
-TEST(Saving, TheDepthOfWhatLeadsToNoCircleIsFoundOnce) {
+TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
     TestHost host;
     auto library = MakePaintLibrary(host);
     const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
         from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
     };
     AssetDefinition& first = AddPaint(*library, "First");
-    AssetDefinition* last = &first;
-    for (int i = 0; i < 50; ++i) {
-        AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
-        connect(*last, next);
-        last = &next;
-    }
-    ConnectionDepth depth;
-    EXPECT_EQ(depth.Of(first), 50);
-    EXPECT_EQ(depth.StepsInCircles(), 0U);
-    for (const char* name : {"A", "B"}) {
-        AssetDefinition& own = AddPaint(*library, name);
-        connect(own, first);
-        connect(own, own);
-        EXPECT_EQ(depth.Of(own), 51);
-    }
-    // Each walk met its start, the chain and its start again.
-    EXPECT_EQ(depth.StepsInCircles(), 6U);
+    AssetDefinition& last = AddPaint(*library, "Last");
+    AssetDefinition& middle = AddPaint(*library, "Middle");
+    AssetDefinition& own = AddPaint(*library, "Own");
+    AssetDefinition& above = AddPaint(*library, "Above");
+    connect(first, last);
+    connect(first, middle);
+    connect(first, middle);
+    connect(middle, last);
+    connect(own, own);
+    connect(own, first);
+    connect(above, own);
+    const std::map<const PropertyTableImp*, int> depths = {{&first, 2}, {&middle, 1}, {&last, 0}};
+    EXPECT_EQ(DepthsOutsideCircles({&above, &first, &own}), depths);
+    EXPECT_EQ(ConnectionDepth().Of(above), 4);
 }
 
 TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {

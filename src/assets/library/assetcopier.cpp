@@ -4,6 +4,7 @@
 #include "assets/library/connectiondepth.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
+#include "assets/property/connection.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/schemadefinition.h"
 
@@ -98,13 +99,13 @@ void AssetCopier::Relink(PropertyTableImp& table) {
 }
 
 void AssetCopier::RelinkProperty(PropertyBase& property) {
-    std::vector<intrusive_ptr<PropertyTableImp>> connected;
-    for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at)
-        if (PropertyTableImp* const table = property.ConnectedTable(at))
-            connected.emplace_back(table);
-    property.ClearConnections();
-    for (const auto& table : connected)
-        property.AppendConnection(*Counterpart(*table));
+    for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at) {
+        AssetConnection& connection = property.ConnectionAt(at);
+        PropertyTableImp* const stored = connection.data ? Counterpart(*connection.data) : nullptr;
+        if (stored == connection.data.get()) continue;
+        connection.link = stored->GetQualifiedName();
+        connection.data = stored;
+    }
 }
 
 PropertyTableImp* AssetCopier::Counterpart(PropertyTableImp& connected) const {

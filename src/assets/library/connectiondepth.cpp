@@ -1,27 +1,41 @@
 #include "assets/library/connectiondepth.h"
 
 #include <algorithm>
-#include <set>
 
 #include "assets/library/storedgroups.h"
 
 namespace korvanet::platform::assets {
+namespace {
+
+// Who is connected to whom, seen from both sides.
+struct Connections {
+    explicit Connections(const std::vector<const PropertyTableImp*>& tables) : open(tables) {
+        while (!open.empty()) {
+            const PropertyTableImp* const table = open.back();
+            open.pop_back();
+            if (!count_of.emplace(table, 0).second) continue;
+            ForEachConnection(*table, [&](const PropertyTableImp& connected) {
+                ++count_of[table];
+                sources.emplace(&connected, table);
+                open.push_back(&connected);
+            });
+        }
+    }
+
+    std::vector<const PropertyTableImp*> open;
+    std::map<const PropertyTableImp*, std::uint64_t> count_of;
+    std::multimap<const PropertyTableImp*, const PropertyTableImp*> sources;
+};
+
+}  // namespace
 
 // In a circle a table met earlier counts for less than it is from another start, so what a walk
 // with a circle in it found does not serve the next one.
 int ConnectionDepth::Of(const PropertyTableImp& table) {
     met_circle_ = false;
-    steps_ = 0;
-    walked_.clear();
     const int depth = Walk(table, 0);
-    if (met_circle_) Forget();
+    if (met_circle_) depths_.clear();
     return depth;
-}
-
-void ConnectionDepth::Forget() {
-    for (const PropertyTableImp* table : walked_)
-        depths_.erase(table);
-    steps_in_circles_ += steps_;
 }
 
 int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
@@ -32,7 +46,6 @@ int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
         return 0;
     }
     if (!fresh) return known->second;
-    walked_.push_back(&table);
     int deepest = 0;
     ForEachConnection(table, [&](const PropertyTableImp& connected) {
         const int below = level >= kEnough ? kEnough : Walk(connected, level + 1);
@@ -41,25 +54,26 @@ int ConnectionDepth::Walk(const PropertyTableImp& table, int level) {
     return depths_[&table] = deepest;
 }
 
-std::vector<const PropertyTableImp*> LeadingTo(const std::vector<const PropertyTableImp*>& changed,
-                                               const std::vector<const PropertyTableImp*>& tables) {
-    std::multimap<const PropertyTableImp*, const PropertyTableImp*> sources;
-    for (const PropertyTableImp* table : tables)
-        ForEachConnection(
-            *table, [&](const PropertyTableImp& connected) { sources.emplace(&connected, table); });
-    std::set<const PropertyTableImp*> met(changed.begin(), changed.end());
-    std::vector<const PropertyTableImp*> open = changed;
-    std::vector<const PropertyTableImp*> leading;
-    while (!open.empty()) {
-        const auto [first, last] = sources.equal_range(open.back());
-        open.pop_back();
+// From the tables without connections on: one is finished when all that it leads to are.
+std::map<const PropertyTableImp*, int> DepthsOutsideCircles(
+    const std::vector<const PropertyTableImp*>& tables) {
+    Connections graph(tables);
+    std::map<const PropertyTableImp*, int> reached;
+    std::map<const PropertyTableImp*, int> finished;
+    for (const auto& [table, count] : graph.count_of)
+        if (count == 0) graph.open.push_back(table);
+    while (!graph.open.empty()) {
+        const PropertyTableImp* const table = graph.open.back();
+        graph.open.pop_back();
+        const int depth = finished[table] = reached[table];
+        const auto [first, last] = graph.sources.equal_range(table);
         for (auto at = first; at != last; ++at) {
-            if (!met.insert(at->second).second) continue;
-            open.push_back(at->second);
-            leading.push_back(at->second);
+            int& above = reached[at->second];
+            above = std::max(above, depth + 1);
+            if (--graph.count_of[at->second] == 0) graph.open.push_back(at->second);
         }
     }
-    return leading;
+    return finished;
 }
 
 }  // namespace korvanet::platform::assets

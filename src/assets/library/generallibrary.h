@@ -157,8 +157,8 @@ public:
                                   const std::vector<PresetValue>& values);
     // The same with the files that the source names in its own library. When one of them cannot be
     // stored it raises, and records that were made for it are gone again. One that was there before
-    // keeps what it took from the source, and what was made for it stays with it. Files that came
-    // in before the one that could not stay in the package.
+    // keeps what it took from the source, and what was made for it stays with it. Files
+    // that were stored before the failing one stay in the package.
     AssetDefinition* CopyDefinition(PropertyTableImp& source, nuo::string_ref identifier);
     // Takes the record out; the definition lives on as long as somebody holds it. False, with a
     // report, for a definition of another library.
@@ -236,11 +236,11 @@ private:
     void FreeBlocks(HalvernAsset& record);
     void SeparateRecords();
     void SeparateRecords(const DataStore& store, std::uint32_t HalvernAsset::*block);
-    bool WriteContents();
-    bool WriteVersionTable();
+    void WriteContents();
+    void WriteVersionTable();
     void WriteEmbedOption();
     bool SaveLegacy();
-    void WritePart(nuo::string_ref path, nuo::string_ref text);
+    void WritePart(nuo::string_ref path, nuo::archive::const_byte_range bytes);
     nuo::archive::archive_ptr OpenForRewrite(nuo::string_ref path);
 
     // generallibrary_presets.cpp
@@ -262,9 +262,6 @@ private:
     bool CouldBeSaved(const KRVTSchemaDefinition& schema) const;
     KRVTSchemaDefinition* EnsureBelow(KRVTSchemaDefinition* base, KRVTSchemaDefinition& schema);
     bool BringSchemasUpToDate(SchemaTexts& texts);
-    static bool MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
-                             const std::vector<KRVTSchemaDefinition*>& shared);
-    static bool MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema);
     bool TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas, SchemaTexts& texts) const;
     bool MayBeWritten(const nuo::string& part, const nuo::string& id) const;
     void WriteSchemas(const SchemaTexts& texts);

@@ -8,8 +8,6 @@
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/report.h"
-#include "assets/schema/schemadefinition.h"
-#include "assets/schema/schemamanager.h"
 
 namespace korvanet::platform::assets {
 namespace {

@@ -25,11 +25,10 @@ namespace fs = velmor::fs;
 
 namespace {
 
-// What measuring connections in circles may take, where each record takes a walk of its own.
-// Chosen: seconds for the records of a save, which it refuses beyond that: circles of some thousand
-// records are none that a host makes. A quarter of it for those that only lead to them.
-constexpr std::uint64_t kMostStepsInCircles = std::uint64_t{1} << 24;
-constexpr std::uint64_t kMostStepsAround = kMostStepsInCircles / 4;
+// What measuring connections that lead to circles may take, for each table needs a walk of its own
+// there. Chosen: about a second; a circle of a thousand records with a few connections each is
+// measured whole.
+constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 22;
 
 // A record of no stored properties is one zero byte, since a chain holds at least one.
 void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
@@ -73,10 +72,10 @@ bool GeneralLibrary::Save() {
         if (record.state == HalvernAsset::kChanged) WriteRecord(record);
     });
     WriteSchemas(schema_texts);
-    if (!WriteContents()) return false;
+    WriteContents();
     definition_store_->Flush();
     instance_store_->Flush();
-    if (!WriteVersionTable()) return false;
+    WriteVersionTable();
     if (embed_option_ != 0) WriteEmbedOption();
     read_only_ = IsReadOnlyOption();
     return true;
@@ -122,28 +121,24 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
                 AddSharingCopy(table, entry.Property());
 }
 
-// An unchanged record may lead to one that has changed. When so many of these stand around circles
-// that measuring them all would take too long, the rest is taken as it was.
+// An unchanged record may lead to one that has changed. Where so many lead to circles that
+// measuring them would take too long, the rest of these is taken as it is: a reader stops by
+// itself.
 void GeneralLibrary::CheckConnectionDepth() {
-    std::vector<const PropertyTableImp*> changed;
-    std::vector<const PropertyTableImp*> all;
-    ForEachRecord([&](HalvernAsset& record) {
-        all.push_back(record.table);
-        if (record.state == HalvernAsset::kChanged) changed.push_back(record.table);
-    });
-    if (changed.empty()) return;
-    ConnectionDepth depth;
-    const auto refuse = [&](const PropertyTableImp* table) {
-        if (depth.Of(*table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    std::vector<const PropertyTableImp*> tables;
+    ForEachRecord([&](HalvernAsset& record) { tables.push_back(record.table); });
+    const auto is_changed = [](const PropertyTableImp* table) {
+        return table->Holder().state == HalvernAsset::kChanged;
     };
-    for (const PropertyTableImp* table : changed) {
-        refuse(table);
-        if (depth.StepsInCircles() > kMostStepsInCircles) NUO_RAISE(JpkFsErr);
-    }
-    const std::uint64_t enough = depth.StepsInCircles() + kMostStepsAround;
-    for (const PropertyTableImp* table : LeadingTo(changed, all)) {
-        if (depth.StepsInCircles() > enough) return;
-        refuse(table);
+    const auto unchanged = std::stable_partition(tables.begin(), tables.end(), is_changed);
+    if (unchanged == tables.begin()) return;
+    const auto known = DepthsOutsideCircles(tables);
+    ConnectionDepth depth;
+    for (const PropertyTableImp* table : tables) {
+        const auto at = known.find(table);
+        if (at == known.end() && depth.Steps() > kMostDepthSteps) continue;
+        const int found = at != known.end() ? at->second : depth.Of(*table);
+        if (found > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
     }
 }
 
@@ -212,7 +207,7 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
     record.state = 0;
 }
 
-bool GeneralLibrary::WriteContents() {
+void GeneralLibrary::WriteContents() {
     nuo::archive::mem_write_archive bytes;
     ForEachRecord([&](HalvernAsset& record) {
         WriteTocEntry(bytes, {record.identifier, TextOf(*record.table, asset_meta::kAssetType),
@@ -220,16 +215,14 @@ bool GeneralLibrary::WriteContents() {
                               TextOf(*record.table, asset_meta::kBaseSchema)});
     });
     const nuo::buffer<nuo::byte>& buffer = bytes.get_buffer();
-    const auto part = OpenForRewrite(Path(kContentsPart));
-    nuo::archive::write_all(*part->query_writer(), {buffer.begin(), buffer.end()});
-    return true;
+    WritePart(Path(kContentsPart), {buffer.begin(), buffer.end()});
 }
 
-bool GeneralLibrary::WriteVersionTable() {
-    if (!version_table_dirty_) return true;
-    WritePart(Path(kVersionTablePart), FormatVersionTable(library_version_));
+void GeneralLibrary::WriteVersionTable() {
+    if (!version_table_dirty_) return;
+    const nuo::string text = FormatVersionTable(library_version_);
+    WritePart(Path(kVersionTablePart), {text.data(), text.size()});
     version_table_dirty_ = false;
-    return true;
 }
 
 bool GeneralLibrary::SaveLegacy() {
@@ -252,8 +245,8 @@ bool GeneralLibrary::SaveLegacy() {
     return true;
 }
 
-void GeneralLibrary::WritePart(nuo::string_ref path, nuo::string_ref text) {
-    nuo::archive::write_all(*OpenForRewrite(path)->query_writer(), {text.data(), text.size()});
+void GeneralLibrary::WritePart(nuo::string_ref path, nuo::archive::const_byte_range bytes) {
+    nuo::archive::write_all(*OpenForRewrite(path)->query_writer(), bytes);
 }
 
 // A part that is written whole, from its start and without what stood there.

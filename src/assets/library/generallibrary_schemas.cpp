@@ -64,6 +64,29 @@ private:
     std::vector<KRVTSchemaDefinition*> all_;
 };
 
+bool MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema) {
+    if (schema.BaseDefinition() == nullptr || schema.IsInconsistent()) return true;
+    if (shared.Version() <= schema.Version() || !MergesClean(shared, schema)) return true;
+    return MergeInto(shared, &schema, VersionPolicy::kWithChange).merged;
+}
+
+// Brings newer schemas of the shared set in, and each schema that derives from a changed one along
+// with it, as a reader of the saved files would make them. Bases stand before what derives from
+// them.
+bool MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
+                  const std::vector<KRVTSchemaDefinition*>& shared) {
+    std::map<nuo::string, KRVTSchemaDefinition*, nuo::string_less> twins;
+    for (KRVTSchemaDefinition* twin : shared)
+        twins.emplace(twin->Id(), twin);
+    for (KRVTSchemaDefinition* schema : schemas) {
+        const auto twin = twins.find(schema->Id());
+        if (twin != twins.end() && !MergeNewer(*twin->second, *schema)) return false;
+        if (const KRVTSchemaDefinition* base = schema->BaseDefinition())
+            InheritFrom(*schema, *base);
+    }
+    return true;
+}
+
 }  // namespace
 
 // As a save makes it, which takes in what the base has here.
@@ -128,29 +151,6 @@ bool GeneralLibrary::BringSchemasUpToDate(SchemaTexts& texts) {
            MergeSchemas(schemas, shared);
 }
 
-// Brings newer schemas of the shared set in, and each schema that derives from a changed one along
-// with it, as a reader of the saved files would make them. Bases stand before what derives from
-// them.
-bool GeneralLibrary::MergeSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
-                                  const std::vector<KRVTSchemaDefinition*>& shared) {
-    std::map<nuo::string, KRVTSchemaDefinition*, nuo::string_less> twins;
-    for (KRVTSchemaDefinition* twin : shared)
-        twins.emplace(twin->Id(), twin);
-    for (KRVTSchemaDefinition* schema : schemas) {
-        const auto twin = twins.find(schema->Id());
-        if (twin != twins.end() && !MergeNewer(*twin->second, *schema)) return false;
-        if (const KRVTSchemaDefinition* base = schema->BaseDefinition())
-            InheritFrom(*schema, *base);
-    }
-    return true;
-}
-
-bool GeneralLibrary::MergeNewer(KRVTSchemaDefinition& shared, KRVTSchemaDefinition& schema) {
-    if (schema.BaseDefinition() == nullptr || schema.IsInconsistent()) return true;
-    if (shared.Version() <= schema.Version() || !MergesClean(shared, schema)) return true;
-    return MergeInto(shared, &schema, VersionPolicy::kWithChange).merged;
-}
-
 bool GeneralLibrary::TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas,
                                  SchemaTexts& texts) const {
     for (const KRVTSchemaDefinition* schema : schemas) {
@@ -176,7 +176,7 @@ bool GeneralLibrary::MayBeWritten(const nuo::string& part, const nuo::string& id
 void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
     const nuo::string folder = Path(kSchemasFolder);
     for (const SchemaText& told : texts)
-        WritePart(fs::joinPath(folder, told.part), told.text);
+        WritePart(fs::joinPath(folder, told.part), {told.text.data(), told.text.size()});
     std::vector<nuo::string> left;
     for (const SchemaText& told : texts)
         for (nuo::string& part : schema_parts_.KeepOnly(told.id, told.part))

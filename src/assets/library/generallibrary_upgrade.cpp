@@ -48,10 +48,10 @@ void GeneralLibrary::GoBackTo(const Former& former) {
         HalvernAsset& record = *FindRecord(name);
         record.definitionBlock = record.instanceBlock = HalvernAsset::kNoBlock;
     }
+    resources_->DropUncommitted();  // of the layout that is left
+    resources_->SetLegacyLayout(true);
     for (const FormerUri& uri : former.uris)
         CopyValue(*uri.value, *uri.property);
-    resources_->DropUncommitted();
-    resources_->SetLegacyLayout(true);
     fs::recursiveRemove(package_, Path(kAssetDataFolder));
     fs::recursiveRemove(package_, Path(kSchemasFolder));
 }

@@ -187,6 +187,7 @@ nuo::string LibraryResources::FreeTarget(nuo::string_ref folder, const nuo::stri
 void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref folder,
                              nuo::string_ref target) {
     fs::recursiveCreateDir(host_.TempFs(), fs::joinPath(scratch_folder_, folder));
+    NoteStored(target);  // with its folders, also when it cannot be stored whole
     fs::recursiveCreateDir(package_, folder);
     nuo::archive::archive_ptr part = package_.create(target, fs::mode_all, fs::open_or_create);
     if (!part) NUO_RAISE(JpkFsErr);
@@ -198,7 +199,6 @@ void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref fol
         package_.remove(target);
         throw;
     }
-    NoteStored(target);
 }
 
 void LibraryResources::NoteCommit() {
@@ -239,8 +239,10 @@ void LibraryResources::PutUncommittedBack() {
 
 // The folders too that hold nothing else, up to that of the library.
 void LibraryResources::RemoveWithFolders(nuo::string_ref path) {
-    while (IsOwn(path) && package_.remove(path) == fs::er_ok)
+    package_.remove(path);
+    do {
         path = path.substr(0, path.rfind('/'));
+    } while (IsOwn(path) && package_.remove(path) == fs::er_ok);
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {

@@ -47,7 +47,8 @@ public:
     // an archive that can be written.
     void NoteStored(nuo::string_ref path) { uncommitted_.insert(nuo::string(path)); }
     void NoteCommit();
-    // Removes those of them that lie in the present layout.
+    // Removes those of them that lie in the layout that is in force, with folders that hold nothing
+    // else.
     void DropUncommitted();
     void TakeUncommittedOut();
     void PutUncommittedBack();

@@ -1,6 +1,5 @@
 #include "assets/library/resourceuri.h"
 
-#include "assets/manager/base/resourceprefix.h"
 #include "assets/package/jpkfs.h"
 #include "nuo/common/string_algo/number.h"
 #include "nuo/common/string_builder.h"
@@ -49,10 +48,6 @@ nuo::string Unreserved(const nuo::string& name) {
 }
 
 }  // namespace
-
-bool IsResourceUri(nuo::string_ref uri) {
-    return uri.starts_with(kResourcePrefix);
-}
 
 nuo::string_ref ResourcePath(nuo::string_ref uri) {
     return uri.substr(kResourcePrefix.size());

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "assets/manager/base/resourceprefix.h"
 #include "nuo/common/string.h"
 
 namespace korvanet::platform::assets {
-
-bool IsResourceUri(nuo::string_ref uri);
 
 // The path inside the package. REQUIRES: IsResourceUri(uri).
 nuo::string_ref ResourcePath(nuo::string_ref uri);

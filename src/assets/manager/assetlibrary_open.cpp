@@ -127,18 +127,12 @@ std::unique_ptr<ZipLayer> AssetLibrary::OpenLayer(const WorkingCopy* copy, bool 
 // A library that cannot be written stays in the older layout, and can be read.
 void AssetLibrary::UpgradeIfNeeded() {
     if (Document().GetLayout() != GeneralLibrary::Layout::kLegacyUpgrade) return;
-    if (for_writing_) {
-        Upgrade();
-        return;
-    }
+    if (for_writing_) return Upgrade();
     if (!TakeWriteAccess()) return;
-    try {
-        Upgrade();
-    } catch (...) {
-        GiveUpWriteAccess();
-        throw;
-    }
-    GiveUpWriteAccess();
+    // Whatever comes of it, the library is for reading again.
+    const auto give_up = [](AssetLibrary* library) { library->GiveUpWriteAccess(); };
+    const std::unique_ptr<AssetLibrary, decltype(give_up)> access(this, give_up);
+    Upgrade();
 }
 
 void AssetLibrary::Upgrade() {

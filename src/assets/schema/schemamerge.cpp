@@ -25,10 +25,6 @@ constexpr std::uint32_t kLayoutFlags =
 constexpr LibraryFormat kFormatWithStrayMetadata{3, 1, 3, 0};
 constexpr std::int32_t kPackagedMajor = 3;
 
-bool IsResourcePath(const nuo::string& uri) {
-    return uri.ref().starts_with(kResourcePrefix);
-}
-
 bool IsStored(const PropertyBase& property) {
     return PropertyTableImp::GroupOf(property.GetFlags()) != PropertyTableImp::kReadOnlyGroup;
 }
@@ -133,7 +129,7 @@ bool SchemaMerger::MergeUri(PropertyBase& property, PropertyBase& twin) const {
     }
     for (std::uint64_t i = 0; i < TextCount(property); ++i) {
         const nuo::string& other = *TextAt(twin, i);
-        if (IsResourcePath(other) && !IsResourcePath(*TextAt(property, i))) {
+        if (IsResourceUri(other) && !IsResourceUri(*TextAt(property, i))) {
             SetTextAt(property, i, other);
         }
     }

@@ -156,7 +156,8 @@ public:
     /// Loads "<folder>/<name>.xml" and, from the same folder, the schemas that it is based on, into
     /// the shared set, and returns the schema that the shared set then has under that name: the one
     /// of the file or, where the shared set refuses that or the file's schema has another name, one
-    /// that it had before, or null. Null when one of the files is missing.
+    /// that it had before, or null. A schema of another name enters the set under its own. Null too
+    /// when one of the files is missing or cannot be read, or when the bases lead in a circle.
     virtual IAssetSchema* LoadSchemaFromFolder(const IString& name, const IString& folder) = 0;
 
     /// Makes `manager` a handle on the messages of the process, and returns it.

@@ -8,4 +8,8 @@ namespace korvanet::platform::assets {
 /// world.
 inline constexpr nuo::string_ref kResourcePrefix = "jpk:?asset=/";
 
+inline bool IsResourceUri(nuo::string_ref uri) {
+    return uri.starts_with(kResourcePrefix);
+}
+
 }  // namespace korvanet::platform::assets
