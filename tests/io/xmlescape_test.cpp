@@ -3,30 +3,38 @@
 namespace {
 
 using korvanet::platform::assets::AppendEscapedXml;
-using korvanet::platform::assets::EscapeXml;
 using korvanet::platform::assets::IsXmlText;
+using korvanet::platform::assets::XmlPlace;
 
-TEST(EscapeXml, WritesTheFiveEntities) {
-    EXPECT_STREQ(EscapeXml("&<>\"'").data(), "&amp;&lt;&gt;&quot;&apos;");
-    EXPECT_STREQ(EscapeXml("a&b").data(), "a&amp;b");
-    EXPECT_STREQ(EscapeXml("&amp;").data(), "&amp;amp;");
+nuo::string Escaped(nuo::string_ref text, XmlPlace place = XmlPlace::kText) {
+    nuo::string_builder out;
+    AppendEscapedXml(out, text, place);
+    return nuo::string(out);
 }
 
-TEST(EscapeXml, LeavesAllOtherBytesAsTheyAre) {
-    EXPECT_STREQ(EscapeXml("M\xc3\xa4rz\t1\n").data(), "M\xc3\xa4rz\t1\n");
-    EXPECT_TRUE(EscapeXml("").empty());
+TEST(AppendEscapedXml, WritesTheFiveEntities) {
+    for (const XmlPlace place : {XmlPlace::kText, XmlPlace::kAttribute}) {
+        EXPECT_STREQ(Escaped("&<>\"'", place).data(), "&amp;&lt;&gt;&quot;&apos;");
+        EXPECT_STREQ(Escaped("a&b", place).data(), "a&amp;b");
+        EXPECT_STREQ(Escaped("&amp;", place).data(), "&amp;amp;");
+    }
 }
 
-TEST(EscapeXml, SharesTheBlockOfATextWithoutEntities) {
-    const nuo::string text("plain");
-    EXPECT_EQ(EscapeXml(text).data(), text.data());
+TEST(AppendEscapedXml, LeavesAllOtherBytesAsTheyAre) {
+    EXPECT_STREQ(Escaped("M\xc3\xa4rz\t1\n").data(), "M\xc3\xa4rz\t1\n");
+    EXPECT_TRUE(Escaped("").empty());
+}
+
+TEST(AppendEscapedXml, WritesTheWhiteSpaceThatAReaderWouldChangeAsReferences) {
+    EXPECT_STREQ(Escaped("a\tb\nc\rd").data(), "a\tb\nc&#13;d");
+    EXPECT_STREQ(Escaped("a\tb\nc\rd", XmlPlace::kAttribute).data(), "a&#9;b&#10;c&#13;d");
 }
 
 TEST(AppendEscapedXml, AddsBehindWhatIsThere) {
     nuo::string_builder out;
     out.append("<v>");
-    AppendEscapedXml(out, "1 < 2");
-    AppendEscapedXml(out, "");
+    AppendEscapedXml(out, "1 < 2", XmlPlace::kText);
+    AppendEscapedXml(out, "", XmlPlace::kText);
     out.append("</v>");
     EXPECT_STREQ(out.data(), "<v>1 &lt; 2</v>");
 }

@@ -20,36 +20,6 @@ constexpr const char* kQmxTables =
     "<double name=\"per-vtx normals\">0 0 0 0 0 0 0 0 0 0 0 0</double>"
     "<double name=\"per-vtx colors\">0 0 0 0 0 0 0 0 0 0 0 0</double></table></group>";
 
-// The white space that a reader would hand on as other white space than was written.
-nuo::string_ref ReferenceOf(char c, bool in_attribute) {
-    switch (c) {
-        case '\r':
-            return "&#13;";
-        case '\n':
-            return in_attribute ? "&#10;" : "";
-        case '\t':
-            return in_attribute ? "&#9;" : "";
-        default:
-            return {};
-    }
-}
-
-void AppendXml(nuo::string_builder& out, nuo::string_ref text, bool in_attribute) {
-    const char* plain = text.begin();
-    for (const char* at = text.begin(); at != text.end(); ++at) {
-        const nuo::string_ref reference = ReferenceOf(*at, in_attribute);
-        if (reference.empty()) continue;
-        AppendEscapedXml(out, {plain, at});
-        out.append(reference);
-        plain = at + 1;
-    }
-    AppendEscapedXml(out, {plain, text.end()});
-}
-
-void AppendAttribute(nuo::string_builder& out, nuo::string_ref text) {
-    AppendXml(out, text, true);
-}
-
 // An element that no document can hold is left out: one of them would make the whole package
 // unreadable.
 void AppendElement(nuo::string_builder& text, const ElementKey& key, nuo::string_ref value) {
@@ -61,10 +31,10 @@ void AppendElement(nuo::string_builder& text, const ElementKey& key, nuo::string
         text.append(" locale=\"en-us\">");
     } else {
         text.append(" name=\"");
-        AppendAttribute(text, key.name);
+        AppendEscapedXml(text, key.name, XmlPlace::kAttribute);
         text.append("\">");
     }
-    AppendXml(text, value, false);
+    AppendEscapedXml(text, value, XmlPlace::kText);
     text.append("</").append(key.type).append('>');
 }
 
@@ -88,7 +58,7 @@ void AppendIdentifier(nuo::string_builder& text, const PropertyMap& node) {
 
 void AppendDefault(nuo::string_builder& text, nuo::string_ref extension) {
     text.append("<Default Extension=\"");
-    AppendAttribute(text, extension);
+    AppendEscapedXml(text, extension, XmlPlace::kAttribute);
     text.append("\" ContentType=\"").append(ContentTypeOf(extension)).append("\"/>");
 }
 
@@ -149,7 +119,7 @@ void LinksText::AddFolder(nuo::string_ref name, const PropertyMap& elements) {
 
 void LinksText::AddFile(nuo::string_ref name, const PropertyMap& elements) {
     text_.append("<link name=\"");
-    AppendAttribute(text_, name);
+    AppendEscapedXml(text_, name, XmlPlace::kAttribute);
     text_.append("\" class=\"schema.korvanet.data.1.resource\">");
     AppendElements(text_, elements);
     text_.append("</link>");

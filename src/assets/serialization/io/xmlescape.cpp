@@ -6,7 +6,7 @@ namespace korvanet::platform::assets {
 namespace {
 
 // Empty for characters that stand for themselves.
-nuo::string_ref EntityOf(char c) {
+nuo::string_ref EntityOf(char c, XmlPlace place) {
     switch (c) {
         case '&':
             return "&amp;";
@@ -18,6 +18,12 @@ nuo::string_ref EntityOf(char c) {
             return "&quot;";
         case '\'':
             return "&apos;";
+        case '\r':
+            return "&#13;";
+        case '\n':
+            return place == XmlPlace::kAttribute ? "&#10;" : "";
+        case '\t':
+            return place == XmlPlace::kAttribute ? "&#9;" : "";
         default:
             return {};
     }
@@ -60,21 +66,10 @@ std::uint64_t CharacterLength(const char* at, const char* last) {
 
 }  // namespace
 
-nuo::string EscapeXml(const nuo::string& text) {
-    for (const char c : text) {
-        if (!EntityOf(c).empty()) {
-            nuo::string_builder escaped;
-            AppendEscapedXml(escaped, text);
-            return nuo::string(escaped);
-        }
-    }
-    return text;
-}
-
-void AppendEscapedXml(nuo::string_builder& out, nuo::string_ref text) {
+void AppendEscapedXml(nuo::string_builder& out, nuo::string_ref text, XmlPlace place) {
     const char* plain = text.begin();
     for (const char* at = text.begin(); at != text.end(); ++at) {
-        const nuo::string_ref entity = EntityOf(*at);
+        const nuo::string_ref entity = EntityOf(*at, place);
         if (!entity.empty()) {
             out.append(nuo::string_ref(plain, at)).append(entity);
             plain = at + 1;

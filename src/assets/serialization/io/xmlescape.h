@@ -4,12 +4,13 @@
 
 namespace korvanet::platform::assets {
 
-// `text` with & < > " ' as &amp; &lt; &gt; &quot; &apos;, fit for text and for attributes. A text
-// without any of them comes back sharing its block.
-nuo::string EscapeXml(const nuo::string& text);
+// Where a text stands in a document.
+enum class XmlPlace { kText, kAttribute };
 
-// The same, appended to `out`.
-void AppendEscapedXml(nuo::string_builder& out, nuo::string_ref text);
+// Appends `text` with & < > " ' as &amp; &lt; &gt; &quot; &apos;, and with the white space that a
+// reader would hand on as other white space as references to characters: a carriage return, and in
+// attributes also a line feed and a tab.
+void AppendEscapedXml(nuo::string_builder& out, nuo::string_ref text, XmlPlace place);
 
 // Whether a document can hold `text`, escaped: it is UTF-8 and has no control characters but tab
 // and line ends.
