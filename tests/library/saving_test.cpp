@@ -99,6 +99,22 @@ TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
     EXPECT_EQ(ConnectionDepth().Of(above), 4);
 }
 
+// As a file of others may be: each of its records is loaded before the one that leads to it.
+TEST(Saving, AnUnchangedChainThatLeadsToNothingChangedIsLeftAlone) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition* last = &AddPaint(*library, "Last");
+    for (int i = 0; i < GeneralLibrary::kMaxConnectionDepth + 2; ++i) {
+        AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
+        next.FindProperty(nuo::string_ref("p_map"))->AppendConnection(*last);
+        last = &next;
+    }
+    for (const nuo::string& name : (*library)->RecordNames())
+        (*library)->FindRecord(name)->state = 0;
+    AddPaint(*library, "Changed");
+    EXPECT_TRUE((*library)->Save());
+}
+
 TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
     TestHost host;
     auto library = MakePaintLibrary(host);

@@ -76,4 +76,18 @@ std::map<const PropertyTableImp*, int> DepthsOutsideCircles(
     return finished;
 }
 
+std::set<const PropertyTableImp*> LeadingTo(const std::vector<const PropertyTableImp*>& changed,
+                                            const std::vector<const PropertyTableImp*>& tables) {
+    const Connections graph(tables);
+    std::set<const PropertyTableImp*> leading(changed.begin(), changed.end());
+    std::vector<const PropertyTableImp*> open = changed;
+    while (!open.empty()) {
+        const auto [first, last] = graph.sources.equal_range(open.back());
+        open.pop_back();
+        for (auto at = first; at != last; ++at)
+            if (leading.insert(at->second).second) open.push_back(at->second);
+    }
+    return leading;
+}
+
 }  // namespace korvanet::platform::assets

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <vector>
 
 #include "assets/property/propertytable.h"
@@ -32,5 +33,9 @@ private:
 // connections lead to a circle: they are not in the result.
 std::map<const PropertyTableImp*, int> DepthsOutsideCircles(
     const std::vector<const PropertyTableImp*>& tables);
+
+// Those of `tables` from which connections lead to one of `changed`, and these.
+std::set<const PropertyTableImp*> LeadingTo(const std::vector<const PropertyTableImp*>& changed,
+                                            const std::vector<const PropertyTableImp*>& tables);
 
 }  // namespace korvanet::platform::assets

@@ -25,8 +25,8 @@ namespace fs = velmor::fs;
 
 namespace {
 
-// What measuring connections that lead to circles may take, for each table needs a walk of its own
-// there. Chosen: about a second; a circle of a thousand records with a few connections each is
+// What measuring connections that lead to circles may take, in tables met, for each table needs a
+// walk of its own there. Chosen: a circle of a thousand records with a few connections each is
 // measured whole.
 constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 22;
 
@@ -121,25 +121,30 @@ void GeneralLibrary::BringUpToDate(PropertyTableImp& table, const KRVTSchemaDefi
                 AddSharingCopy(table, entry.Property());
 }
 
-// An unchanged record may lead to one that has changed. Where so many lead to circles that
-// measuring them would take too long, the rest of these is taken as it is: a reader stops by
-// itself.
+// An unchanged record may lead to one that has changed, and is then measured too. Where that would
+// take too long, for so many lead to circles, changed records are refused and the others are taken
+// as they are.
 void GeneralLibrary::CheckConnectionDepth() {
     std::vector<const PropertyTableImp*> tables;
-    ForEachRecord([&](HalvernAsset& record) { tables.push_back(record.table); });
-    const auto is_changed = [](const PropertyTableImp* table) {
-        return table->Holder().state == HalvernAsset::kChanged;
-    };
-    const auto unchanged = std::stable_partition(tables.begin(), tables.end(), is_changed);
-    if (unchanged == tables.begin()) return;
+    std::vector<const PropertyTableImp*> changed;
+    ForEachRecord([&](HalvernAsset& record) {
+        tables.push_back(record.table);
+        if (record.state == HalvernAsset::kChanged) changed.push_back(record.table);
+    });
+    if (changed.empty()) return;
     const auto known = DepthsOutsideCircles(tables);
     ConnectionDepth depth;
-    for (const PropertyTableImp* table : tables) {
+    const auto check = [&](const PropertyTableImp* table) {
         const auto at = known.find(table);
-        if (at == known.end() && depth.Steps() > kMostDepthSteps) continue;
         const int found = at != known.end() ? at->second : depth.Of(*table);
         if (found > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    };
+    for (const PropertyTableImp* table : changed) {
+        check(table);
+        if (depth.Steps() > kMostDepthSteps) NUO_RAISE(JpkFsErr);
     }
+    for (const PropertyTableImp* table : LeadingTo(changed, tables))
+        if (known.contains(table) || depth.Steps() <= kMostDepthSteps) check(table);
 }
 
 // The numbers go with the blocks: should a later step fail, another record may have these blocks by

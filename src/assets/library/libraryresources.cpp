@@ -242,7 +242,8 @@ void LibraryResources::RemoveWithFolders(nuo::string_ref path) {
     package_.remove(path);
     do {
         path = path.substr(0, path.rfind('/'));
-    } while (IsOwn(path) && package_.remove(path) == fs::er_ok);
+    } while (IsOwn(path) && package_.state(path).state == fs::state_directory &&
+             package_.remove(path) == fs::er_ok);
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {
