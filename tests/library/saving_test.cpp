@@ -1,4 +1,4 @@
-#include "assets/library/connectiondepth.h"
+#include "assets/library/connectiongraph.h"
 #include "assets/library/librarymarkers.h"
 #include "assets/library/tabletext.h"
 #include "assets/package/packageoptions.h"
@@ -94,9 +94,18 @@ TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
     connect(own, own);
     connect(own, first);
     connect(above, own);
-    const std::map<const PropertyTableImp*, int> depths = {{&first, 2}, {&middle, 1}, {&last, 0}};
-    EXPECT_EQ(DepthsOutsideCircles({&above, &first, &own}), depths);
-    EXPECT_EQ(ConnectionDepth().Of(above), 4);
+    ConnectionGraph graph({&above, &first, &own});
+    EXPECT_EQ(graph.DepthOf(first), 2);
+    EXPECT_EQ(graph.DepthOf(middle), 1);
+    EXPECT_EQ(graph.DepthOf(last), 0);
+    EXPECT_FALSE(graph.LeadsToCircle(first));
+    EXPECT_EQ(graph.Steps(), 0U);
+    EXPECT_TRUE(graph.LeadsToCircle(own));
+    EXPECT_TRUE(graph.LeadsToCircle(above));
+    EXPECT_EQ(graph.DepthOf(above), 4);
+    EXPECT_EQ(graph.Steps(), 3U);
+    EXPECT_EQ(graph.LeadingTo({&middle}),
+              (std::vector<const PropertyTableImp*>{&middle, &first, &own, &above}));
 }
 
 // As a file of others may be: each of its records is loaded before the one that leads to it.
@@ -133,6 +142,18 @@ TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
     (*library)->FindRecord("Inner")->state = HalvernAsset::kChanged;
     ASSERT_EQ((*library)->FindRecord("Outer")->state, 0U);
     EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
+TEST(Saving, FourThousandRecordsInCirclesThroughOneAreMeasuredAndSaved) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition& hub = AddPaint(*library, "Hub");
+    for (int i = 0; i < 4000; ++i) {
+        AssetDefinition& spoke = AddPaint(*library, ("S" + std::to_string(i)).c_str());
+        hub.FindProperty(nuo::string_ref("p_map"))->AppendConnection(spoke);
+        spoke.FindProperty(nuo::string_ref("p_map"))->AppendConnection(hub);
+    }
+    EXPECT_TRUE((*library)->Save());
 }
 
 TEST(Saving, AnIdentifierThatWouldBreakThePackageIsRefused) {

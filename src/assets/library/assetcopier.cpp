@@ -1,7 +1,7 @@
 #include "assets/library/assetcopier.h"
 
 #include "assets/asset/assetmeta.h"
-#include "assets/library/connectiondepth.h"
+#include "assets/library/connectiongraph.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/property/connection.h"
@@ -10,7 +10,8 @@
 
 namespace korvanet::platform::assets {
 PropertyTableImp* AssetCopier::Copy(PropertyTableImp& source, nuo::string_ref identifier) {
-    if (ConnectionDepth().Of(source) > GeneralLibrary::kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    if (ConnectionGraph({&source}).DepthOf(source) > GeneralLibrary::kMaxConnectionDepth)
+        NUO_RAISE(JpkFsErr);
     Gather(source);
     if (!EnsureSchemas()) return nullptr;
     for (PropertyTableImp* each : sources_)

@@ -2,7 +2,7 @@
 #include <set>
 
 #include "assets/asset/assetmeta.h"
-#include "assets/library/connectiondepth.h"
+#include "assets/library/connectiongraph.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/ilegacycontent.h"
 #include "assets/library/libraryconnectioncodec.h"
@@ -25,10 +25,10 @@ namespace fs = velmor::fs;
 
 namespace {
 
-// What measuring connections that lead to circles may take, in tables met, for each table needs a
-// walk of its own there. Chosen: a circle of a thousand records with a few connections each is
+// What measuring connections that lead to circles may take, in connections met, for each table
+// needs a walk of its own there. Chosen: four thousand records that all lead to one and back are
 // measured whole.
-constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 22;
+constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 25;
 
 // A record of no stored properties is one zero byte, since a chain holds at least one.
 void KeepNonEmpty(nuo::buffer<nuo::byte>& bytes) {
@@ -132,19 +132,19 @@ void GeneralLibrary::CheckConnectionDepth() {
         if (record.state == HalvernAsset::kChanged) changed.push_back(record.table);
     });
     if (changed.empty()) return;
-    const auto known = DepthsOutsideCircles(tables);
-    ConnectionDepth depth;
-    const auto check = [&](const PropertyTableImp* table) {
-        const auto at = known.find(table);
-        const int found = at != known.end() ? at->second : depth.Of(*table);
-        if (found > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    ConnectionGraph graph(tables);
+    const auto check = [&graph](const PropertyTableImp* table) {
+        if (graph.DepthOf(*table) > kMaxConnectionDepth) NUO_RAISE(JpkFsErr);
+    };
+    const auto may_measure = [&graph](const PropertyTableImp* table) {
+        return graph.Steps() <= kMostDepthSteps || !graph.LeadsToCircle(*table);
     };
     for (const PropertyTableImp* table : changed) {
+        if (!may_measure(table)) NUO_RAISE(JpkFsErr);
         check(table);
-        if (depth.Steps() > kMostDepthSteps) NUO_RAISE(JpkFsErr);
     }
-    for (const PropertyTableImp* table : LeadingTo(changed, tables))
-        if (known.contains(table) || depth.Steps() <= kMostDepthSteps) check(table);
+    for (const PropertyTableImp* table : graph.LeadingTo(changed))
+        if (may_measure(table)) check(table);
 }
 
 // The numbers go with the blocks: should a later step fail, another record may have these blocks by

@@ -1,0 +1,113 @@
+#include "assets/library/connectiongraph.h"
+
+#include <algorithm>
+
+#include "assets/library/storedgroups.h"
+
+namespace korvanet::platform::assets {
+
+ConnectionGraph::ConnectionGraph(const std::vector<const PropertyTableImp*>& tables) {
+    for (const PropertyTableImp* table : tables)
+        NumberOf(*table);
+    for (std::size_t number = 0; number < nodes_.size(); ++number) {
+        Span targets{targets_.size(), targets_.size()};
+        ForEachConnection(*nodes_[number].table, [this](const PropertyTableImp& connected) {
+            targets_.push_back(NumberOf(connected));
+        });
+        targets.end = targets_.size();
+        nodes_[number].targets = targets;
+    }
+    GatherSources();
+    MeasureOutsideCircles();
+}
+
+// In a circle a table met earlier counts for less than it is from another start, so what a walk
+// finds there does not serve the next one.
+int ConnectionGraph::DepthOf(const PropertyTableImp& table) {
+    ++walks_;
+    return Walk(numbers_.at(&table), 0);
+}
+
+bool ConnectionGraph::LeadsToCircle(const PropertyTableImp& table) const {
+    return nodes_[numbers_.at(&table)].depth == kUnknown;
+}
+
+std::vector<const PropertyTableImp*> ConnectionGraph::LeadingTo(
+    const std::vector<const PropertyTableImp*>& changed) const {
+    std::vector<bool> met(nodes_.size());
+    std::vector<const PropertyTableImp*> leading;
+    const auto meet = [&](std::size_t number) {
+        if (!met[number]) leading.push_back(nodes_[number].table);
+        met[number] = true;
+    };
+    for (const PropertyTableImp* table : changed)
+        meet(numbers_.at(table));
+    for (std::size_t next = 0; next < leading.size(); ++next) {
+        const Span sources = nodes_[numbers_.at(leading[next])].sources;
+        for (std::size_t at = sources.begin; at < sources.end; ++at)
+            meet(sources_[at]);
+    }
+    return leading;
+}
+
+std::size_t ConnectionGraph::NumberOf(const PropertyTableImp& table) {
+    const auto [known, fresh] = numbers_.emplace(&table, nodes_.size());
+    if (fresh) nodes_.push_back({&table, {}, {}});
+    return known->second;
+}
+
+// Each table is given room for as many as are connected to it before any is put there.
+void ConnectionGraph::GatherSources() {
+    sources_.resize(targets_.size());
+    for (const std::size_t target : targets_)
+        ++nodes_[target].sources.end;
+    std::size_t begin = 0;
+    for (Node& node : nodes_) {
+        const std::size_t count = node.sources.end;
+        node.sources = {begin, begin};
+        begin += count;
+    }
+    for (std::size_t number = 0; number < nodes_.size(); ++number) {
+        const Span targets = nodes_[number].targets;
+        for (std::size_t at = targets.begin; at < targets.end; ++at)
+            sources_[nodes_[targets_[at]].sources.end++] = number;
+    }
+}
+
+// From the tables without connections on: one is measured when all that it leads to are.
+void ConnectionGraph::MeasureOutsideCircles() {
+    std::vector<std::size_t> unmeasured(nodes_.size());
+    std::vector<int> reached(nodes_.size());
+    std::vector<std::size_t> open;
+    for (std::size_t number = 0; number < nodes_.size(); ++number) {
+        unmeasured[number] = nodes_[number].targets.end - nodes_[number].targets.begin;
+        if (unmeasured[number] == 0) open.push_back(number);
+    }
+    while (!open.empty()) {
+        Node& node = nodes_[open.back()];
+        const int depth = node.depth = reached[open.back()];
+        open.pop_back();
+        for (std::size_t at = node.sources.begin; at < node.sources.end; ++at) {
+            const std::size_t source = sources_[at];
+            reached[source] = std::max(reached[source], depth + 1);
+            if (--unmeasured[source] == 0) open.push_back(source);
+        }
+    }
+}
+
+int ConnectionGraph::Walk(std::size_t number, int level) {
+    Node& node = nodes_[number];
+    if (node.depth != kUnknown) return node.depth;
+    if (node.walk == walks_) return std::max(node.depth_in_walk, 0);
+    node.walk = walks_;
+    node.depth_in_walk = kUnknown;
+    int deepest = 0;
+    for (std::size_t at = node.targets.begin; at < node.targets.end; ++at) {
+        ++steps_;
+        const int below = level >= kEnough ? kEnough : Walk(targets_[at], level + 1);
+        deepest = std::max(deepest, 1 + below);
+    }
+    return node.depth_in_walk = deepest;
+}
+
+}  // namespace korvanet::platform::assets

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "assets/property/propertytable.h"
+
+namespace korvanet::platform::assets {
+
+// Who is connected to whom among tables and what they reach, as it is when the graph is made.
+class ConnectionGraph {
+public:
+    explicit ConnectionGraph(const std::vector<const PropertyTableImp*>& tables);
+
+    // How deep the connections of a table of the graph reach: 0 for one without any. A connection
+    // that leads back to a table on the way counts as one and is not followed. What leads to no
+    // circle is known since the graph was made, all else takes a walk of its own.
+    int DepthOf(const PropertyTableImp& table);
+    bool LeadsToCircle(const PropertyTableImp& table) const;
+    // How many connections all walks have met so far.
+    std::uint64_t Steps() const { return steps_; }
+
+    // The tables from which connections lead to one of `changed`, and these.
+    std::vector<const PropertyTableImp*> LeadingTo(
+        const std::vector<const PropertyTableImp*>& changed) const;
+
+private:
+    static constexpr int kUnknown = -1;
+    // Deep enough to be refused; a walk goes no further.
+    static constexpr int kEnough = PropertyTableImp::kMaxConnectionDepth + 1;
+
+    // Places of numbers in one list for all tables.
+    struct Span {
+        std::size_t begin = 0;
+        std::size_t end = 0;
+    };
+    struct Node {
+        const PropertyTableImp* table;
+        Span targets;
+        Span sources;
+        int depth = kUnknown;  // stays unknown where connections lead to a circle
+        std::uint64_t walk = 0;
+        int depth_in_walk = kUnknown;  // unknown while the table is on the way
+    };
+
+    std::size_t NumberOf(const PropertyTableImp& table);
+    void GatherSources();
+    void MeasureOutsideCircles();
+    int Walk(std::size_t number, int level);
+
+    std::unordered_map<const PropertyTableImp*, std::size_t> numbers_;
+    std::vector<Node> nodes_;
+    std::vector<std::size_t> targets_;
+    std::vector<std::size_t> sources_;
+    std::uint64_t walks_ = 0;
+    std::uint64_t steps_ = 0;
+};
+
+}  // namespace korvanet::platform::assets
