@@ -1,14 +1,12 @@
 // What is left when a save, a copy or a reopening stops halfway, and what damaged stores can and
 // cannot do to the records beside them.
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-#include <csignal>
 
 #include "assets/asset/assetinstance.h"
 #include "assets/library/tabletext.h"
 #include "support.h"
+#include "support/filesizelimit.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -17,24 +15,6 @@ void SetFile(AssetDefinition& paint, const std::string& value) {
     ASSERT_TRUE(SetText(paint, "p_file", value.c_str()));
     paint.Holder().state = 1;
 }
-
-// No file of this process grows beyond a size while the object lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &former_);
-        const rlimit limit{size, former_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &former_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    rlimit former_{};
-    void (*handler_)(int);
-};
 
 AssetDefinition& Store(GeneralLibrary& library, const char* identifier) {
     AssetDefinition& model =
@@ -74,6 +54,71 @@ TEST(Failures, ARecordThatDidNotFitLeavesItsOldBlocksToOthersForGood) {
     for (const char* name : {"0", "A", "B"})
         EXPECT_NE(again.LoadDefinition(name), nullptr) << name;
     EXPECT_TRUE(TextOf(*again.LoadDefinition("A"), "p_file") == std::string(300, 'a').c_str());
+}
+
+// A package in a folder of the disk, where writing can be made to fail.
+class Stored : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const std::string folder = host.Folder() + "/package";
+        ASSERT_EQ(::mkdir(folder.c_str(), 0777), 0);
+        disk = std::make_unique<velmor::fs::LocalFs>(folder.c_str());
+        package = std::make_unique<JpkFs>(*disk, "test");
+    }
+    bool Has(const char* path) { return package->state(path).state != velmor::fs::state_not_found; }
+
+    TestHost host;
+    std::unique_ptr<velmor::fs::LocalFs> disk;
+    std::unique_ptr<JpkFs> package;
+};
+
+TEST_F(Stored, AFileThatDoesNotFitLeavesNothingBehindAndCanBeAddedAgain) {
+    GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+    const std::string file = host.MakeFile("a.png", std::string(0x20000, 'a'));
+    const nuo::string folder = library.Resources().FolderOf("Red", "p_file", 0);
+    {
+        const FileSizeLimit limit(0x18000);
+        EXPECT_THROW(library.Resources().Add(file.c_str(), "", folder), nuo::exception);
+    }
+    EXPECT_FALSE(Has("LIB/Resources/Red"));
+    EXPECT_TRUE(library.Resources().Add(file.c_str(), "", folder) ==
+                "LIB/Resources/Red/p_file/0/a.png");
+}
+
+TEST_F(Stored, AFolderThatCannotBeMadeLeavesNoneOfThoseAboveIt) {
+    GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+    const std::string file = host.MakeFile("a.png", "one");
+    const std::string longest(300, 'n');
+    EXPECT_THROW(library.Resources().Add(file.c_str(), "",
+                                         library.Resources().FolderOf("Red", longest.c_str(), 0)),
+                 JpkFsErr);
+    EXPECT_FALSE(Has("LIB/Resources/Red"));
+}
+
+// The second of its two parts would otherwise be the one that the next reader takes.
+TEST_F(Stored, ASchemaPartThatCouldNotBeRemovedIsRemovedByTheNextSave) {
+    LoadGlobal(host, "CommonSchema", kCommonSchemaXml);
+    KRVTSchemaDefinition& paint = *LoadGlobal(host, "PaintSchema", kPaintSchemaXml);
+    {
+        GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+        ASSERT_NE(library.EnsureSchema(paint), nullptr);
+        ASSERT_TRUE(library.Save());
+        package->sync();
+    }
+    const std::string folder = host.Folder() + "/package/LIB/Schemas/";
+    const std::string named = folder + "PaintSchema.xml";
+    const std::string other = folder + "Other.xml";
+    ASSERT_EQ(::rename(named.c_str(), other.c_str()), 0);
+    GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Reading{});
+    ASSERT_EQ(::unlink(other.c_str()), 0);
+    // A folder that holds something is not removed.
+    ASSERT_EQ(::mkdir(other.c_str(), 0777), 0);
+    ASSERT_EQ(::mkdir((other + "/inside").c_str(), 0777), 0);
+    EXPECT_THROW(library.Save(), JpkFsErr);
+    EXPECT_TRUE(Has("LIB/Schemas/PaintSchema.xml"));
+    ASSERT_EQ(::rmdir((other + "/inside").c_str()), 0);
+    EXPECT_TRUE(library.Save());
+    EXPECT_FALSE(Has("LIB/Schemas/Other.xml"));
 }
 
 TEST(Failures, RecordsThatShareBlocksArePartedByTheNextSave) {

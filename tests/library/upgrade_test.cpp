@@ -1,8 +1,11 @@
+#include <sys/stat.h>
+
 #include "assets/library/ilegacycontent.h"
 #include "assets/library/tabletext.h"
 #include "nuo/common/archive/primitives.h"
 #include "package/package_files.h"
 #include "support.h"
+#include "support/filesizelimit.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -177,6 +180,33 @@ TEST(Upgrade, OneThatCannotBeSavedChangesNothingAndCanBeTriedAgain) {
     EXPECT_TRUE(library->UpgradeLegacyContent());
     EXPECT_EQ(library->FindRecord("Old")->instanceBlock, 0U);
     EXPECT_STREQ(library.Text("Old", "p_file").c_str(),
+                 "jpk:?asset=/OLD/Resources/Old/p_file/0/a.png");
+}
+
+TEST(Upgrade, AFileThatDoesNotFitChangesNothingAndTheConversionCanBeTriedAgain) {
+    TestHost host;
+    const PlainLegacy legacy(host);
+    const std::string folder = host.Folder() + "/package";
+    ASSERT_EQ(::mkdir(folder.c_str(), 0777), 0);
+    fs::LocalFs disk(folder.c_str());
+    JpkFs package(disk, "test");
+    {
+        GeneralLibrary old(host, package, host.Slib(),
+                           GeneralLibrary::Creating{"OLD", GeneralLibrary::kLegacyOption});
+        ASSERT_TRUE(old.Save());
+    }
+    GeneralLibrary library(host, package, host.Slib(), GeneralLibrary::Writing{});
+    const std::string file = host.MakeFile("a.png", std::string(0x20000, 'a'));
+    ASSERT_TRUE(SetText(*library.LoadDefinition("Old"), "p_file", file.c_str()));
+    {
+        const FileSizeLimit limit(0x18000);
+        EXPECT_THROW(library.UpgradeLegacyContent(), nuo::exception);
+    }
+    EXPECT_EQ(library.GetLayout(), GeneralLibrary::Layout::kLegacyUpgrade);
+    EXPECT_EQ(package.state("OLD/Resources").state, fs::state_not_found);
+    EXPECT_STREQ(TextOf(*library.LoadDefinition("Old"), "p_file").c_str(), file.c_str());
+    EXPECT_TRUE(library.UpgradeLegacyContent());
+    EXPECT_STREQ(TextOf(*library.LoadDefinition("Old"), "p_file").c_str(),
                  "jpk:?asset=/OLD/Resources/Old/p_file/0/a.png");
 }
 

@@ -265,6 +265,7 @@ private:
     bool TellSchemas(const std::vector<KRVTSchemaDefinition*>& schemas, SchemaTexts& texts) const;
     bool MayBeWritten(const nuo::string& part, const nuo::string& id) const;
     void WriteSchemas(const SchemaTexts& texts);
+    void RemoveSchemaPart(const nuo::string& part);
 
     // generallibrary_upgrade.cpp
     // A URI as it was, and where.

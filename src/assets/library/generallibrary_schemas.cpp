@@ -172,17 +172,24 @@ bool GeneralLibrary::MayBeWritten(const nuo::string& part, const nuo::string& id
 }
 
 // A schema has one part: of several the next reader would take the first, and with it an old form.
-// All are noted before any goes, for what one schema leaves may be what another takes.
+// All are written before any goes, for what one schema leaves may be what another takes.
 void GeneralLibrary::WriteSchemas(const SchemaTexts& texts) {
     const nuo::string folder = Path(kSchemasFolder);
-    for (const SchemaText& told : texts)
+    for (const SchemaText& told : texts) {
         WritePart(fs::joinPath(folder, told.part), {told.text.data(), told.text.size()});
-    std::vector<nuo::string> left;
+        schema_parts_.Add(told.id, told.part);
+    }
     for (const SchemaText& told : texts)
-        for (nuo::string& part : schema_parts_.KeepOnly(told.id, told.part))
-            left.push_back(std::move(part));
-    for (const nuo::string& part : left)
-        if (schema_parts_.SchemaOf(part) == nullptr) package_.remove(fs::joinPath(folder, part));
+        for (const nuo::string& part : schema_parts_.Others(told.part))
+            RemoveSchemaPart(part);
+}
+
+// A part that stays, stays known: the next save removes it.
+void GeneralLibrary::RemoveSchemaPart(const nuo::string& part) {
+    const nuo::string path = fs::joinPath(Path(kSchemasFolder), part);
+    if (package_.remove(path) != fs::er_ok && package_.state(path).state != fs::state_not_found)
+        NUO_RAISE(JpkFsErr, path);
+    schema_parts_.Remove(part);
 }
 
 }  // namespace korvanet::platform::assets

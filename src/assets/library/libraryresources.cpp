@@ -187,16 +187,18 @@ nuo::string LibraryResources::FreeTarget(nuo::string_ref folder, const nuo::stri
 void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref folder,
                              nuo::string_ref target) {
     fs::recursiveCreateDir(host_.TempFs(), fs::joinPath(scratch_folder_, folder));
-    NoteStored(target);  // with its folders, also when it cannot be stored whole
-    fs::recursiveCreateDir(package_, folder);
-    nuo::archive::archive_ptr part = package_.create(target, fs::mode_all, fs::open_or_create);
-    if (!part) NUO_RAISE(JpkFsErr);
+    NoteStored(target);
+    nuo::archive::archive_ptr part;
     try {
+        fs::recursiveCreateDir(package_, folder);
+        part = package_.create(target, fs::mode_all, fs::open_or_create);
+        if (!part) NUO_RAISE(JpkFsErr);
         part->query_writer()->truncate(0);
         CopyAll(source, *part);
     } catch (...) {  // a part that holds half a file is worse than none
         part.reset();
-        package_.remove(target);
+        RemoveWithFolders(target);
+        uncommitted_.erase(nuo::string(target));
         throw;
     }
 }
@@ -242,8 +244,7 @@ void LibraryResources::RemoveWithFolders(nuo::string_ref path) {
     package_.remove(path);
     do {
         path = path.substr(0, path.rfind('/'));
-    } while (IsOwn(path) && package_.state(path).state == fs::state_directory &&
-             package_.remove(path) == fs::er_ok);
+    } while (IsOwn(path) && (!PartExists(path) || package_.remove(path) == fs::er_ok));
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {

@@ -33,8 +33,8 @@ public:
     // Copies a file into a folder of the package and gives its path there; empty when there is no
     // such file, when its name is none, or after a hundred names that are taken. `source` is a
     // path, a "file:///" URI or a "jpk:" URI. With an empty `type` a source that was added before
-    // gives the path that it got then. Raises JpkFsErr when the part cannot be made; nothing of it
-    // is left then.
+    // gives the path that it got then. Raises JpkFsErr when the part cannot be made, and what the
+    // archives raise; nothing of it is left then, nor of folders that hold nothing else.
     nuo::string Add(nuo::string_ref source, nuo::string_ref type, nuo::string_ref folder);
 
     // Brings the files that a URI property names into the package, and the property to their new

@@ -1,13 +1,18 @@
 #include "assets/library/schemaparts.h"
 
+#include <algorithm>
+
 #include "assets/library/libraryparts.h"
 #include "assets/library/schemapart.h"
 
 namespace korvanet::platform::assets {
 
 void SchemaParts::Add(const nuo::string& id, const nuo::string& part) {
+    const nuo::string* const told = SchemaOf(part);
+    if (told != nullptr && *told == id) return;
+    Remove(part);
+    ids_.emplace(part, id);
     parts_.emplace(id, part);
-    ids_.insert_or_assign(part, id);
 }
 
 const nuo::string* SchemaParts::SchemaOf(const nuo::string& part) const {
@@ -21,19 +26,22 @@ nuo::string SchemaParts::PartFor(const nuo::string& id) const {
     return known && !CanNameSchemaPart(id) ? first->second : nuo::string(id, kSchemaExtension);
 }
 
-std::vector<nuo::string> SchemaParts::KeepOnly(const nuo::string& id, const nuo::string& part) {
+std::vector<nuo::string> SchemaParts::Others(const nuo::string& part) const {
     std::vector<nuo::string> others;
-    const auto [first, last] = parts_.equal_range(id);
-    for (auto at = first; at != last; ++at) {
-        // The part may have come to tell another schema.
-        const auto told = ids_.find(at->second);
-        if (at->second == part || told == ids_.end() || !(told->second == id)) continue;
-        others.push_back(at->second);
-        ids_.erase(told);
-    }
-    parts_.erase(first, last);
-    Add(id, part);
+    const nuo::string* const id = SchemaOf(part);
+    if (id == nullptr) return others;
+    const auto [first, last] = parts_.equal_range(*id);
+    for (auto at = first; at != last; ++at)
+        if (!(at->second == part)) others.push_back(at->second);
     return others;
+}
+
+void SchemaParts::Remove(const nuo::string& part) {
+    const auto told = ids_.find(part);
+    if (told == ids_.end()) return;
+    const auto [first, last] = parts_.equal_range(told->second);
+    parts_.erase(std::find_if(first, last, [&](const auto& at) { return at.second == part; }));
+    ids_.erase(told);
 }
 
 }  // namespace korvanet::platform::assets

@@ -12,14 +12,16 @@ namespace korvanet::platform::assets {
 // have the name that follows from the id of another schema, and a schema may have several parts.
 class SchemaParts {
 public:
+    // A part that told another schema tells this one from now on.
     void Add(const nuo::string& id, const nuo::string& part);
     // The schema that the part tells, or null.
     const nuo::string* SchemaOf(const nuo::string& part) const;
     // The part that a schema is to be written to. One whose id can name no part keeps the one that
     // it came from.
     nuo::string PartFor(const nuo::string& id) const;
-    // Makes `part` the only one of the schema, and returns the others that it had.
-    std::vector<nuo::string> KeepOnly(const nuo::string& id, const nuo::string& part);
+    // The other parts that tell the schema that `part` does.
+    std::vector<nuo::string> Others(const nuo::string& part) const;
+    void Remove(const nuo::string& part);
 
 private:
     std::multimap<nuo::string, nuo::string, nuo::string_less> parts_;  // by id, in order of coming
