@@ -1,15 +1,15 @@
 #include <fcntl.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <functional>
 
 #include <csignal>
+#include <filesystem>
 
 #include "command/running.h"
+#include "support/child.h"
 #include "support/samplefile.h"
 #include "support/temporaryfolder.h"
 #include "tests/support/paths.h"
@@ -22,19 +22,6 @@ using Names = std::set<std::string>;
 
 // A copy of a sample in a folder of its own, where the command runs too, so that whatever it leaves
 // behind is seen.
-// Runs `body` in a child that has become another user.
-bool InUser(uid_t user, const std::vector<gid_t>& groups, const std::function<bool()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool done = ::setgroups(groups.size(), groups.data()) == 0 && ::setgid(user) == 0 &&
-                          ::setuid(user) == 0 && body();
-        ::_exit(done ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 class Writing : public testing::Test {
 protected:
     Writing() { Take("starter.jpk"); }
@@ -245,8 +232,8 @@ TEST_F(Writing, TheGroupStaysWhereTheOwnerCannot) {
     ASSERT_EQ(::chown(File().c_str(), 0, 4321), 0);
     ASSERT_EQ(::chmod(File().c_str(), 0664), 0);
     ASSERT_EQ(::chmod(folder_.Path().c_str(), 0777), 0);
-    EXPECT_TRUE(InUser(1234, {4321}, [&] {
-        return Run({"remove", "a.jpk", "Generic-008"}).status == 0;
+    EXPECT_TRUE(InChild([&] {
+        return BecomeUser(1234, {4321}) && Run({"remove", "a.jpk", "Generic-008"}).status == 0;
     }));
     struct stat state {};
     ASSERT_EQ(::stat(File().c_str(), &state), 0);
@@ -259,8 +246,8 @@ TEST_F(Writing, AFolderThatCannotBeReadNeedNotBe) {
     ASSERT_EQ(::chown(File().c_str(), 1234, 1234), 0);
     ASSERT_EQ(::chown(folder_.Path().c_str(), 1234, 1234), 0);
     ASSERT_EQ(::chmod(folder_.Path().c_str(), 0300), 0);
-    EXPECT_TRUE(InUser(1234, {}, [&] {
-        return Run({"remove", "a.jpk", "Generic-008"}).status == 0 &&
+    EXPECT_TRUE(InChild([&] {
+        return BecomeUser(1234, {}) && Run({"remove", "a.jpk", "Generic-008"}).status == 0 &&
                Run({"create", "b.jpk"}).status == 0;
     }));
     ASSERT_EQ(::chmod(folder_.Path().c_str(), 0700), 0);
@@ -505,6 +492,20 @@ TEST_F(Writing, ALibraryIsNotCreatedWithAnIdentifierThatCannotBe) {
     EXPECT_EQ(ran.status, 1);
     EXPECT_EQ(ran.err, "halvern: new.jpk: the library cannot be created with the identifier a/b\n");
     EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, AFullDiskIsNotTheFaultOfTheIdentifier) {
+    const std::string place = folder_.Path("full");
+    ASSERT_EQ(::mkdir(place.c_str(), 0777), 0);
+    EXPECT_TRUE(InChild([&] {
+        HALVERN_NEED(EnterOwnMounts());
+        HALVERN_NEED(::mount("tmpfs", place.c_str(), "tmpfs", 0, "nr_inodes=4") == 0);
+        const Ran ran = RunHalvern({"create", "new.jpk", "--id", "fine"}, place);
+        HALVERN_NEED(ran.status == 3);
+        HALVERN_NEED(ran.err == "halvern: new.jpk: the library cannot be created\n");
+        HALVERN_NEED(std::filesystem::is_empty(place));
+        return true;
+    }));
 }
 
 TEST_F(Writing, ADefinitionNeedsAnIdentifier) {

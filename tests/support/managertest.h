@@ -8,10 +8,10 @@
 #include <korvanet/platform/assets/reportsink.h>
 #include <korvanet/platform/core/utf8string.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "tests/support/child.h"
 #include "tests/support/paths.h"
 
 // What tests of the whole library share. Only public headers: the host's tests use it too.
@@ -99,47 +99,4 @@ std::vector<std::string> PrivateFolders(const std::string& temp);
 // Text of `size` bytes that does not compress.
 std::string Noise(std::size_t size);
 
-// Another process. Its body must not use what the parent has made of the library.
-class Child {
-public:
-    // Starts at once. The child ends well when the body gives true.
-    explicit Child(const std::function<bool(Child&)>& body);
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-    ~Child();
-
-    // The parent: waits until the child hands over, lets it go on, or sees it end. `Await` is false
-    // when the child has ended instead.
-    bool Await();
-    void Continue();
-    bool EndedWell();
-    void Kill();
-
-    // The child: lets the parent work, and waits for `Continue`.
-    void HandOver();
-
-private:
-    int process_ = -1;
-    int to_parent_[2];
-    int to_child_[2];
-};
-
-// Runs `body` in a child and tells whether it gave true.
-bool InChild(const std::function<bool()>& body);
-
-// For children: become a user who owns nothing; see file systems of their own; see no other folder
-// than this one. All work for root, the last two also where users may make namespaces.
-bool DropToNobody();
-bool EnterOwnMounts();
-bool EnterRoot(const std::string& folder);
-
 }  // namespace halvern_tests
-
-// In a child, where a failed expectation would not be heard.
-#define HALVERN_NEED(condition)                                                  \
-    do {                                                                         \
-        if (!(condition)) {                                                      \
-            std::fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            return false;                                                        \
-        }                                                                        \
-    } while (false)

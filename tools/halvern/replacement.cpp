@@ -182,9 +182,8 @@ WritableLibrary::WritableLibrary(Session& session, const std::string& path)
     session_.Reports().Forget();
     library_ = session_.Manager().OpenLibraryForWriting(UTF8String(file_.Path().c_str()));
     if (library_ != nullptr) return;
-    const std::string why = inspect::WhyNotSaved(file_.Path());
-    throw Failure(kFile,
-                  why.empty() ? session_.Reports().LastOr("the library cannot be written") : why);
+    throw Failure(kFile, session_.Reports().WhyOr(inspect::WhyNotSaved(file_.Path()),
+                                                  "the library cannot be written"));
 }
 
 WritableLibrary::~WritableLibrary() {
@@ -212,10 +211,9 @@ void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std:
     } catch (const std::exception&) {
         words = "the library holds content that cannot be written";
     }
-    if (!saved) {
-        const std::string why = original.empty() ? "" : inspect::WhyNotSaved(original);
-        throw Failure(kFile, why.empty() ? session.Reports().LastOr(words) : why);
-    }
+    if (!saved)
+        throw Failure(kFile, session.Reports().WhyOr(
+                                 original.empty() ? "" : inspect::WhyNotSaved(original), words));
     if (!session.Manager().UnloadLibrary(library))
         throw Failure(kFile, "the library is still in use and cannot be closed");
     library = nullptr;

@@ -16,4 +16,8 @@ std::string ReportLog::LastOr(const std::string& otherwise) const {
     return lines_.empty() ? otherwise : lines_.back();
 }
 
+std::string ReportLog::WhyOr(const std::string& why, const std::string& otherwise) const {
+    return why.empty() ? LastOr(otherwise) : why;
+}
+
 }  // namespace halvern

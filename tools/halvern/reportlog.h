@@ -27,6 +27,9 @@ public:
     void Forget() { lines_.clear(); }
     // The last report since `Forget`, or `otherwise`.
     std::string LastOr(const std::string& otherwise) const;
+    // `why` where it says something, or else `LastOr`: what a file tells of itself is nearer to the
+    // cause than what the reports tell of a call.
+    std::string WhyOr(const std::string& why, const std::string& otherwise) const;
 
 private:
     assets::IReportSink* former_;

@@ -50,19 +50,36 @@ void AddSchemas(Session& session, assets::IAssetLibrary& library, const Options&
         session.Reports().Forget();
         assets::IAssetSchema* const schema = session.Manager().LoadSchemaFromFolder(
             UTF8String(file.stem().c_str()), UTF8String(file.parent_path().c_str()));
-        if (schema == nullptr) {
-            const std::string why = inspect::WhyNoSchema(file.string());
-            throw Failure(
-                kFile, "the schema " + file.string() + " cannot be loaded: " +
-                           (why.empty()
-                                ? session.Reports().LastOr(
-                                      "its base is missing, or its UID is not the name of the file")
-                                : why));
-        }
+        if (schema == nullptr)
+            throw Failure(kFile,
+                          "the schema " + file.string() + " cannot be loaded: " +
+                              session.Reports().WhyOr(
+                                  inspect::WhyNoSchema(file.string()),
+                                  "its base is missing, or its UID is not the name of the file"));
         if (!library.AddSchema(schema))
             throw Failure(kNo, session.Reports().LastOr("the library does not take the schema " +
                                                         file.stem().string()));
     }
+}
+
+assets::IAssetLibrary* CreateAt(Session& session, const std::string& path,
+                                const std::string& identifier) {
+    return session.Manager().CreateLibrary(UTF8String(path.c_str()), UTF8String(identifier.c_str()),
+                                           0);
+}
+
+// The identifier is at fault where a library can be made without it.
+assets::IAssetLibrary* CreateLibrary(Session& session, const std::string& path,
+                                     const std::string& identifier) {
+    if (assets::IAssetLibrary* const library = CreateAt(session, path, identifier)) return library;
+    const std::string why =
+        session.Reports().LastOr("the library cannot be created with the identifier " + identifier);
+    assets::IAssetLibrary* const other =
+        identifier.empty() ? nullptr : CreateAt(session, path, std::string());
+    if (other == nullptr)
+        throw Failure(kFile, session.Reports().LastOr("the library cannot be created"));
+    session.Manager().UnloadLibrary(other);
+    throw Failure(kNo, why);
 }
 
 int Create(const Options& options, const Common& common) {
@@ -71,15 +88,7 @@ int Create(const Options& options, const Common& common) {
     const FileLock lock(path);
     if (::access(path.c_str(), F_OK) == 0) throw Failure(kNo, "a file of this name exists already");
     Replacement file = Replacement::For(path);
-    assets::IAssetLibrary* library = session.Manager().CreateLibrary(
-        UTF8String(file.Path().c_str()), UTF8String(options.identifier.c_str()), 0);
-    if (library == nullptr)
-        throw Failure(
-            options.identifier.empty() ? kFile : kNo,
-            session.Reports().LastOr("the library cannot be created" +
-                                     (options.identifier.empty()
-                                          ? std::string()
-                                          : " with the identifier " + options.identifier)));
+    assets::IAssetLibrary* library = CreateLibrary(session, file.Path(), options.identifier);
     UTF8String identifier;
     {
         OpenLibrary claim(session, library->AddUse());
