@@ -4,6 +4,7 @@
 
 #include "assets/asset/assetmeta.h"
 #include "assets/manager/base/text.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertytableface.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/schemadefinition.h"
@@ -21,16 +22,18 @@ public:
         Assign(name, asset_meta::UiName(*this, locale, AssetLibId()));
         return true;
     }
-    std::uint64_t GetKeywordCount() const override { return IterationCount(asset_meta::kKeyword); }
+    std::uint64_t GetKeywordCount() const override {
+        return IterationCount(fixed_property::kKeyword);
+    }
     bool GetKeyword(std::uint64_t index, IString& keyword, const IString& locale) const override {
-        return asset_meta::GetListText(*this, asset_meta::kKeyword, index, keyword, locale,
+        return asset_meta::GetListText(*this, fixed_property::kKeyword, index, keyword, locale,
                                        AssetLibId());
     }
     std::uint64_t GetCategoryCount() const override {
-        return IterationCount(asset_meta::kCategory);
+        return IterationCount(fixed_property::kCategory);
     }
     bool GetCategory(std::uint64_t index, IString& category, const IString& locale) const override {
-        return asset_meta::GetListText(*this, asset_meta::kCategory, index, category, locale,
+        return asset_meta::GetListText(*this, fixed_property::kCategory, index, category, locale,
                                        AssetLibId());
     }
     std::uint64_t GetThumbnailCount() const override { return asset_meta::ThumbnailCount(*this); }
@@ -44,7 +47,7 @@ public:
         return asset_meta::GetDescription(*this, description, locale, AssetLibId());
     }
     bool GetSwatch(IString& swatch) const override {
-        Assign(swatch, this->GetText(PropertyTableImp::kReadWriteGroup, asset_meta::kSwatch));
+        Assign(swatch, this->GetText(PropertyTableImp::kReadWriteGroup, fixed_property::kSwatch));
         return true;
     }
     std::uint64_t GetUIDefinitionCount() const override { return asset_meta::kUiDefinitionCount; }
@@ -90,7 +93,7 @@ public:
     const nuo::string& AssetLibId() const {
         if (asset_lib_id_.empty()) {
             asset_lib_id_ =
-                this->GetText(PropertyTableImp::kReadWriteGroup, asset_meta::kAssetLibId);
+                this->GetText(PropertyTableImp::kReadWriteGroup, fixed_property::kAssetLibId);
         }
         return asset_lib_id_;
     }
@@ -98,7 +101,7 @@ public:
     /** Sets the property "AssetLibID", where there is one, and forgets what was read of it. */
     void SetAssetLibId(const nuo::string& id) {
         PropertyBase* property =
-            this->FindInGroup(PropertyTableImp::kReadWriteGroup, asset_meta::kAssetLibId);
+            this->FindInGroup(PropertyTableImp::kReadWriteGroup, fixed_property::kAssetLibId);
         if (property != nullptr) SetTextAt(*property, 0, id);
         asset_lib_id_ = nuo::string();
     }

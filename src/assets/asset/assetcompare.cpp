@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
-#include "assets/asset/assetmeta.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
 /** Values that tell one copy of an asset from another, and not what it looks like. */
-constexpr nuo::string_ref kIgnoredNames[] = {asset_meta::kVersionGuid, asset_meta::kAssetLibId,
-                                             asset_meta::kThumbnail,   asset_meta::kBaseSchema,
-                                             asset_meta::kVersion,     asset_meta::kRevision};
+constexpr nuo::string_ref kIgnoredNames[] = {
+    fixed_property::kVersionGuid, fixed_property::kAssetLibId, fixed_property::kThumbnail,
+    fixed_property::kBaseSchema,  fixed_property::kVersion,    fixed_property::kRevision};
 
 bool IsIgnored(const nuo::string& name) {
     return std::any_of(std::begin(kIgnoredNames), std::end(kIgnoredNames),

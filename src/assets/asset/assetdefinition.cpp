@@ -3,6 +3,7 @@
 #include "assets/asset/assetinstance.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/librarynamespaces.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -35,15 +36,15 @@ bool AssetDefinition::GetAssetType(IString& assetType) const {
 }
 
 std::int32_t AssetDefinition::GetVersion() const {
-    return asset_meta::Integer(*this, kReadWriteGroup, asset_meta::kVersion);
+    return asset_meta::Integer(*this, kReadWriteGroup, fixed_property::kVersion);
 }
 
 std::int32_t AssetDefinition::GetRevision() const {
-    return asset_meta::Integer(*this, kReadWriteGroup, asset_meta::kRevision);
+    return asset_meta::Integer(*this, kReadWriteGroup, fixed_property::kRevision);
 }
 
 bool AssetDefinition::IsHidden() const {
-    return asset_meta::Boolean(*this, kIterationGroup, asset_meta::kHidden);
+    return asset_meta::Boolean(*this, kIterationGroup, fixed_property::kHidden);
 }
 
 bool AssetDefinition::GetAssetLibID(IString& identifier) const {
@@ -75,8 +76,8 @@ AssetDefinition& MakeDefinition(KRVTSchemaDefinition& schema, velmor::Namespace 
     definition.SetBase(&schema);
     definition.SetSource(&schema);
     // A copy of the schema's values names the schema's own base here.
-    if (PropertyBase* base =
-            definition.FindInGroup(PropertyTableImp::kIterationGroup, asset_meta::kBaseSchema)) {
+    if (PropertyBase* base = definition.FindInGroup(PropertyTableImp::kIterationGroup,
+                                                    fixed_property::kBaseSchema)) {
         SetTextAt(*base, 0, schema.Id());
     }
     definition.Enter(registry, id.empty() ? MakeIdentifier() : id);

@@ -8,6 +8,7 @@
 #include "assets/asset/igenericconverter.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 
@@ -22,7 +23,7 @@ void AssetInstance::Release() {
 }
 
 bool AssetInstance::IsRevision(std::int32_t revision) const {
-    return asset_meta::Integer(*this, kReadWriteGroup, asset_meta::kRevision) == revision;
+    return asset_meta::Integer(*this, kReadWriteGroup, fixed_property::kRevision) == revision;
 }
 
 bool AssetInstance::AddObserver(IAssetObserver* observer) {

@@ -5,6 +5,7 @@
 #include "assets/localization/localizationmanagerimp.h"
 #include "assets/manager/base/report.h"
 #include "assets/manager/base/text.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/modulecontext.h"
 #include "assets/property/propertytable.h"
 #include "assets/schema/propertydata.h"
@@ -20,8 +21,8 @@ constexpr nuo::string_ref kImplementationNames[] = {
     "ImplementationPreview", "ImplementationMentalRay", "ImplementationCGFX",
     "ImplementationHLSL",    "ImplementationHZR",       "ImplementationFleetRT",
     "ImplementationGeneric"};
-constexpr nuo::string_ref kUiDefinitionNames[kUiDefinitionCount] = {"UIDefinition",
-                                                                    "AdvancedUIDefinition"};
+constexpr nuo::string_ref kUiDefinitionNames[kUiDefinitionCount] = {
+    fixed_property::kUiDefinition, fixed_property::kAdvancedUiDefinition};
 
 constexpr nuo::string_ref kStoredProceduralType = "RPCGeometry";
 constexpr nuo::string_ref kProceduralType = "proceduralgeometry";
@@ -80,12 +81,12 @@ nuo::string LocalizedAt(const PropertyTableImp& table, nuo::string_ref name, std
 
 nuo::string UiName(const PropertyTableImp& table, const core::IString& locale,
                    const nuo::string& domain) {
-    const nuo::string name = LocalizedAt(table, kUiName, 0, locale, domain);
+    const nuo::string name = LocalizedAt(table, fixed_property::kUiName, 0, locale, domain);
     return nuo::string(WithoutTrailingBlanks(name));
 }
 
 std::uint64_t ThumbnailCount(const PropertyTableImp& table) {
-    return table.GetText(kIteration, kThumbnail).empty() ? 0 : 1;
+    return table.GetText(kIteration, fixed_property::kThumbnail).empty() ? 0 : 1;
 }
 
 nuo::string AssetTypeForHosts(const nuo::string& stored) {
@@ -107,19 +108,19 @@ bool GetListText(const PropertyTableImp& table, nuo::string_ref name, std::uint6
 
 bool GetThumbnailName(const PropertyTableImp& table, std::uint64_t index, core::IString& out) {
     if (!CheckIndex(index, ThumbnailCount(table))) return false;
-    Assign(out, kThumbnail);
+    Assign(out, fixed_property::kThumbnail);
     return true;
 }
 
 bool GetThumbnail(const PropertyTableImp& table, std::uint64_t index, core::IString& out) {
     if (!CheckIndex(index, ThumbnailCount(table))) return false;
-    Assign(out, table.GetText(kIteration, kThumbnail, index));
+    Assign(out, table.GetText(kIteration, fixed_property::kThumbnail, index));
     return true;
 }
 
 bool GetDescription(const PropertyTableImp& table, core::IString& out, const core::IString& locale,
                     const nuo::string& domain) {
-    const nuo::string key = table.GetText(kIteration, kDescription);
+    const nuo::string key = table.GetText(kIteration, fixed_property::kDescription);
     if (key.empty()) {
         // Misspelt on purpose: hosts know the message in this form.
         HalvernError("No desctiption property on this asset.").Deliver();
@@ -174,7 +175,7 @@ bool GetImplementationUri(const PropertyTableImp& table, std::uint64_t index, co
 }
 
 nuo::string VersionGuid(const PropertyTableImp& table) {
-    const nuo::string stored = table.GetText(kIteration, kVersionGuid);
+    const nuo::string stored = table.GetText(kIteration, fixed_property::kVersionGuid);
     return stored.empty() ? MakeIdentifier() : stored;
 }
 

@@ -16,21 +16,6 @@ struct ModuleContext;
 
 namespace asset_meta {
 
-/** Names of the fixed properties; each stands in the group told. */
-inline constexpr nuo::string_ref kAssetLibId = "AssetLibID";  // read-write
-inline constexpr nuo::string_ref kVersion = "version";        // read-write
-inline constexpr nuo::string_ref kRevision = "revision";      // read-write
-inline constexpr nuo::string_ref kSwatch = "swatch";          // read-write
-inline constexpr nuo::string_ref kUiName = "UIName";          // iteration
-inline constexpr nuo::string_ref kKeyword = "keyword";        // iteration
-inline constexpr nuo::string_ref kCategory = "category";      // iteration
-inline constexpr nuo::string_ref kThumbnail = "thumbnail";    // iteration; also a thumbnail's name
-inline constexpr nuo::string_ref kDescription = "description";  // iteration
-inline constexpr nuo::string_ref kHidden = "Hidden";            // iteration
-inline constexpr nuo::string_ref kVersionGuid = "VersionGUID";  // iteration
-inline constexpr nuo::string_ref kBaseSchema = "BaseSchema";    // iteration
-inline constexpr nuo::string_ref kAssetType = "assettype";      // read-only
-
 /** Elements of the texts of a property: 1 for a single one. */
 std::uint64_t TextCount(const PropertyTableImp& table, std::size_t group, nuo::string_ref name);
 std::int32_t Integer(const PropertyTableImp& table, std::size_t group, nuo::string_ref name);

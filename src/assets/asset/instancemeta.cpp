@@ -7,6 +7,7 @@
 #include "assets/asset/iurilocator.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 
@@ -15,23 +16,23 @@ bool AssetInstance::SetUIName(const IString& name) {
         HalvernError("Can't set UI Name, the Name's empty").Deliver();
         return false;
     }
-    return SetText(kIterationGroup, asset_meta::kUiName, name);
+    return SetText(kIterationGroup, fixed_property::kUiName, name);
 }
 
 bool AssetInstance::RemoveThumbnail(std::uint64_t index) {
-    return RemoveText(asset_meta::kThumbnail, index, GetThumbnailCount());
+    return RemoveText(fixed_property::kThumbnail, index, GetThumbnailCount());
 }
 
 bool AssetInstance::SetThumbnail(const IString& name, const IString& uri) {
-    if (!(nuo::string_ref(name.AsUTF8()) == asset_meta::kThumbnail)) return false;
-    if (asset_meta::TextCount(*this, kIterationGroup, asset_meta::kThumbnail) == 0) {
-        return AppendText(asset_meta::kThumbnail, uri);
+    if (!(nuo::string_ref(name.AsUTF8()) == fixed_property::kThumbnail)) return false;
+    if (asset_meta::TextCount(*this, kIterationGroup, fixed_property::kThumbnail) == 0) {
+        return AppendText(fixed_property::kThumbnail, uri);
     }
-    return SetText(kIterationGroup, asset_meta::kThumbnail, uri);
+    return SetText(kIterationGroup, fixed_property::kThumbnail, uri);
 }
 
 bool AssetInstance::RemoveKeyword(std::uint64_t index) {
-    return RemoveText(asset_meta::kKeyword, index, GetKeywordCount());
+    return RemoveText(fixed_property::kKeyword, index, GetKeywordCount());
 }
 
 bool AssetInstance::AddKeyword(const IString& keyword) {
@@ -40,11 +41,11 @@ bool AssetInstance::AddKeyword(const IString& keyword) {
         HalvernError("Can't add localized keyword, the keword is empty.").Deliver();
         return false;
     }
-    return AppendText(asset_meta::kKeyword, keyword);
+    return AppendText(fixed_property::kKeyword, keyword);
 }
 
 bool AssetInstance::RemoveCategory(std::uint64_t index) {
-    return RemoveText(asset_meta::kCategory, index, GetCategoryCount());
+    return RemoveText(fixed_property::kCategory, index, GetCategoryCount());
 }
 
 bool AssetInstance::AddCategory(const IString& category) {
@@ -52,19 +53,19 @@ bool AssetInstance::AddCategory(const IString& category) {
         HalvernError("Can't add localized category, the category is empty.").Deliver();
         return false;
     }
-    return AppendText(asset_meta::kCategory, category);
+    return AppendText(fixed_property::kCategory, category);
 }
 
 bool AssetInstance::SetDescription(const IString& description) {
-    return SetText(kIterationGroup, asset_meta::kDescription, description);
+    return SetText(kIterationGroup, fixed_property::kDescription, description);
 }
 
 bool AssetInstance::SetSwatch(const IString& swatch) {
-    return SetText(kReadWriteGroup, asset_meta::kSwatch, swatch);
+    return SetText(kReadWriteGroup, fixed_property::kSwatch, swatch);
 }
 
 bool AssetInstance::SetVersionGUID(const IString& guid) {
-    return !guid.IsEmpty() && SetText(kIterationGroup, asset_meta::kVersionGuid, guid);
+    return !guid.IsEmpty() && SetText(kIterationGroup, fixed_property::kVersionGuid, guid);
 }
 
 bool AssetInstance::RenewVersionGUID() {

@@ -1,10 +1,10 @@
 #include "assets/library/assetcopier.h"
 
-#include "assets/asset/assetmeta.h"
 #include "assets/library/connectiongraph.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/property/connection.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/schemadefinition.h"
 
@@ -22,7 +22,7 @@ PropertyTableImp* AssetCopier::Copy(PropertyTableImp& source, nuo::string_ref id
         if (each == &made) continue;
         Fill(*each, made);
         if (each != &source && target_.GetRole() == GeneralLibrary::Role::kLibrary)
-            SetTruth(made, asset_meta::kHidden, true);
+            SetTruth(made, fixed_property::kHidden, true);
     }
     PropertyTableImp* const stored = copies_[&source];
     // Last, for its connections may be all that keeps the others.
@@ -79,8 +79,8 @@ void AssetCopier::Fill(const PropertyTableImp& source, PropertyTableImp& made) {
                 FillProperty(entry.Property(), *place);
         }
     }
-    SetText(made, asset_meta::kBaseSchema, AsSchemaDefinition(made.Base())->Id());
-    SetText(made, asset_meta::kAssetLibId, target_.Identifier());
+    SetText(made, fixed_property::kBaseSchema, AsSchemaDefinition(made.Base())->Id());
+    SetText(made, fixed_property::kAssetLibId, target_.Identifier());
 }
 
 void AssetCopier::FillProperty(const PropertyBase& source, PropertyBase& made) {

@@ -5,6 +5,7 @@
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 
@@ -59,27 +60,27 @@ std::uint64_t AssetDefinitionDataIterator::GetKeywordCount() const {
     const PropertyTableImp* const table = Listing();
     return table == nullptr ? 0
                             : asset_meta::TextCount(*table, PropertyTableImp::kIterationGroup,
-                                                    asset_meta::kKeyword);
+                                                    fixed_property::kKeyword);
 }
 
 bool AssetDefinitionDataIterator::GetKeyword(std::uint64_t index, IString& keyword,
                                              const IString& locale) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && asset_meta::GetListText(*table, asset_meta::kKeyword, index, keyword,
-                                                       locale, library_->Identifier());
+    return table != nullptr && asset_meta::GetListText(*table, fixed_property::kKeyword, index,
+                                                       keyword, locale, library_->Identifier());
 }
 
 std::uint64_t AssetDefinitionDataIterator::GetCategoryCount() const {
     const PropertyTableImp* const table = Listing();
     return table == nullptr ? 0
                             : asset_meta::TextCount(*table, PropertyTableImp::kIterationGroup,
-                                                    asset_meta::kCategory);
+                                                    fixed_property::kCategory);
 }
 
 bool AssetDefinitionDataIterator::GetCategory(std::uint64_t index, IString& category,
                                               const IString& locale) const {
     const PropertyTableImp* const table = Listing();
-    return table != nullptr && asset_meta::GetListText(*table, asset_meta::kCategory, index,
+    return table != nullptr && asset_meta::GetListText(*table, fixed_property::kCategory, index,
                                                        category, locale, library_->Identifier());
 }
 
@@ -108,13 +109,13 @@ bool AssetDefinitionDataIterator::GetDescription(IString& description,
 bool AssetDefinitionDataIterator::IsHidden() const {
     const PropertyTableImp* const table = Listing();
     return table != nullptr &&
-           asset_meta::Boolean(*table, PropertyTableImp::kIterationGroup, asset_meta::kHidden);
+           asset_meta::Boolean(*table, PropertyTableImp::kIterationGroup, fixed_property::kHidden);
 }
 
 bool AssetDefinitionDataIterator::GetBaseSchema(IString& id) const {
     const PropertyTableImp* const table = Listing();
     if (table == nullptr) return false;
-    Assign(id, TextOf(*table, asset_meta::kBaseSchema));
+    Assign(id, TextOf(*table, fixed_property::kBaseSchema));
     return true;
 }
 
@@ -175,9 +176,9 @@ std::vector<nuo::string> DefinitionsOfType(GeneralLibrary& library, nuo::string_
     for (const nuo::string& name : library.RecordNames()) {
         const bool fits = Guarded(false, [&] {
             const PropertyTableImp& table = library.LoadListing(*library.FindRecord(name));
-            const nuo::string stored = TextOf(table, asset_meta::kAssetType);
+            const nuo::string stored = TextOf(table, fixed_property::kAssetType);
             return stored == type || asset_meta::AssetTypeForHosts(stored) == type ||
-                   TextOf(table, asset_meta::kBaseSchema) == type;
+                   TextOf(table, fixed_property::kBaseSchema) == type;
         });
         if (fits) names.push_back(name);
     }

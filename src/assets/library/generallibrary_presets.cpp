@@ -2,12 +2,12 @@
 #include <set>
 
 #include "assets/asset/assetdefinition.h"
-#include "assets/asset/assetmeta.h"
 #include "assets/library/assetcopier.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/storedgroups.h"
 #include "assets/library/tabletext.h"
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -106,7 +106,8 @@ void GeneralLibrary::RewriteUris(PropertyTableImp& table) {
 }
 
 bool GeneralLibrary::RemovePreset(PropertyTableImp& definition) {
-    if (!(TextOf(definition, asset_meta::kAssetLibId) == identifier_) || !IsRecord(definition)) {
+    if (!(TextOf(definition, fixed_property::kAssetLibId) == identifier_) ||
+        !IsRecord(definition)) {
         HalvernError("The Preset doesn't belong to this library.").Deliver();
         return false;
     }
@@ -126,8 +127,8 @@ void GeneralLibrary::RebuildSharedAssets() {
 }
 
 SharedAssets::Entry GeneralLibrary::SharedEntry(const PropertyTableImp& table) const {
-    return {TextOf(table, asset_meta::kAssetType), TextOf(table, asset_meta::kUiName), table.Name(),
-            TextsOf(table, "physmat_aspects")};
+    return {TextOf(table, fixed_property::kAssetType), TextOf(table, fixed_property::kUiName),
+            table.Name(), TextsOf(table, "physmat_aspects")};
 }
 
 }  // namespace korvanet::platform::assets

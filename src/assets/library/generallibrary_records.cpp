@@ -1,10 +1,10 @@
 #include "assets/asset/assetdefinition.h"
-#include "assets/asset/assetmeta.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/libraryconnectioncodec.h"
 #include "assets/library/librarymarkers.h"
 #include "assets/library/libraryparts.h"
 #include "assets/library/tabletext.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/itablefactory.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemamanager.h"
@@ -170,7 +170,7 @@ void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
     ReadRecordGroup(in, LayoutOf(schema), group, form_, table);
     // A table of contents before 3.1 does not tell it; the record's own schema does.
     if (listing && !form_.has_base_schema)
-        SetText(table, asset_meta::kBaseSchema,
+        SetText(table, fixed_property::kBaseSchema,
                 record.baseSchema.empty() ? schema.Id() : record.baseSchema);
     mark.Keep();
 }

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <set>
 
-#include "assets/asset/assetmeta.h"
 #include "assets/library/connectiongraph.h"
 #include "assets/library/generallibrary.h"
 #include "assets/library/ilegacycontent.h"
@@ -11,6 +10,7 @@
 #include "assets/library/tableofcontents.h"
 #include "assets/library/tabletext.h"
 #include "assets/package/packageoptions.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/schema/schemadefinition.h"
 #include "assets/schema/schemainheritance.h"
 #include "assets/schema/schemamanager.h"
@@ -215,9 +215,9 @@ void GeneralLibrary::WriteRecord(HalvernAsset& record) {
 void GeneralLibrary::WriteContents() {
     nuo::archive::mem_write_archive bytes;
     ForEachRecord([&](HalvernAsset& record) {
-        WriteTocEntry(bytes, {record.identifier, TextOf(*record.table, asset_meta::kAssetType),
+        WriteTocEntry(bytes, {record.identifier, TextOf(*record.table, fixed_property::kAssetType),
                               record.definitionBlock, record.instanceBlock,
-                              TextOf(*record.table, asset_meta::kBaseSchema)});
+                              TextOf(*record.table, fixed_property::kBaseSchema)});
     });
     const nuo::buffer<nuo::byte>& buffer = bytes.get_buffer();
     WritePart(Path(kContentsPart), {buffer.begin(), buffer.end()});

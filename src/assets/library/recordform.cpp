@@ -1,5 +1,6 @@
 #include "assets/library/recordform.h"
 
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/property/propertystream.h"
 #include "nuo/common/archive/string.h"
@@ -10,9 +11,6 @@ using nuo::archive::operator>>;
 using nuo::archive::operator<<;
 
 namespace {
-
-constexpr nuo::string_ref kBaseSchema{"BaseSchema"};
-constexpr nuo::string_ref kVersionGuid{"VersionGUID"};
 
 bool TakesTail(const RecordLayout::Item& item) {
     return (item.flags & PropertyFlags::kConnectionMask) != 0;
@@ -36,8 +34,9 @@ void ReadItem(nuo::archive::reader& in, const RecordLayout::Item& item, Property
 
 bool InForm(const RecordLayout::Item& item, std::size_t group, const RecordForm& form) {
     if (group != PropertyTableImp::kIterationGroup) return true;
-    if (!form.has_version_guid && item.descriptor->name == kVersionGuid) return false;
-    return form.has_base_schema || !(item.descriptor->name == kBaseSchema);
+    if (!form.has_version_guid && item.descriptor->name == fixed_property::kVersionGuid)
+        return false;
+    return form.has_base_schema || !(item.descriptor->name == fixed_property::kBaseSchema);
 }
 
 RecordHeader ReadRecordHeader(nuo::archive::reader& in, const RecordForm& form) {

@@ -4,6 +4,7 @@
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/report.h"
 #include "assets/manager/base/text.h"
+#include "assets/property/fixedproperties.h"
 
 namespace korvanet::platform::assets {
 namespace {
@@ -55,7 +56,7 @@ bool AssetLibrary::StoreNewPreset(PropertyTableImp* source, const IString& ident
     if (RefusesPresets() || RefusesEmpty(identifier)) return false;
     const nuo::string name = ToUtf8(identifier);
     return !Document().Contains(name) &&
-           StorePreset(source, name, {PresetValue::Truth(asset_meta::kHidden, hidden)});
+           StorePreset(source, name, {PresetValue::Truth(fixed_property::kHidden, hidden)});
 }
 
 bool AssetLibrary::CreatePreset(IAssetDefinition* definition, const IString& identifier,
@@ -66,9 +67,9 @@ bool AssetLibrary::CreatePreset(IAssetDefinition* definition, const IString& ide
             .Deliver();
         return false;
     }
-    return StorePreset(
-        SourceOf(definition), ToUtf8(identifier),
-        {NumberOf(asset_meta::kVersion, version), NumberOf(asset_meta::kRevision, revision)});
+    return StorePreset(SourceOf(definition), ToUtf8(identifier),
+                       {NumberOf(fixed_property::kVersion, version),
+                        NumberOf(fixed_property::kRevision, revision)});
 }
 
 bool AssetLibrary::CreatePreset(IAssetDefinition* definition, const IString& identifier,
@@ -80,7 +81,7 @@ bool AssetLibrary::CreatePreset(IAssetDefinition* definition, std::uint32_t revi
     if (RefusesPresets()) return false;
     PropertyTableImp* const source = SourceOf(definition);
     return source != nullptr && StorePreset(source, nuo::string(source->Name()),
-                                            {NumberOf(asset_meta::kRevision, revision)});
+                                            {NumberOf(fixed_property::kRevision, revision)});
 }
 
 bool AssetLibrary::CreatePresetFromInstance(IAssetInstance* instance, const IString& identifier,

@@ -2,6 +2,7 @@
 
 #include <korvanet/platform/core/jpkuuid.h>
 
+#include "assets/property/fixedproperties.h"
 #include "assets/property/halvernasset.h"
 #include "assets/property/modulecontext.h"
 #include "assets/property/propertyaccess.h"
@@ -142,7 +143,7 @@ void PropertyTableImp::Expire() {
 }
 
 nuo::string AssetTypeOf(const PropertyTableImp& table) {
-    return table.GetText(PropertyTableImp::kReadOnlyGroup, "assettype");
+    return table.GetText(PropertyTableImp::kReadOnlyGroup, fixed_property::kAssetType);
 }
 
 PropertyTableImp& MakeTable(const ModuleContext& context, TableKind kind) {

@@ -1,6 +1,7 @@
 #include "assets/schema/propertyflags.h"
 
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertytable.h"
 
 namespace korvanet::platform::assets {
@@ -39,23 +40,23 @@ struct RequiredProperty {
 };
 
 constexpr RequiredProperty kRequiredProperties[] = {
-    {"BaseSchema", kDefinitionIteratorData},
-    {"SchemaVersion", kReadOnly},
-    {"AssetLibID", 0},
-    {"assettype", kReadOnly},
-    {"localtype", kReadOnly},
-    {"localname", kReadOnly},
-    {"UIName", kDefinitionIteratorData},
-    {"keyword", kDefinitionIteratorData | kAllowMultipleValues},
-    {"category", kDefinitionIteratorData | kAllowMultipleValues},
-    {"description", kDefinitionIteratorData},
-    {"thumbnail", kDefinitionIteratorData | kAllowMultipleValues},
-    {"Hidden", kDefinitionIteratorData},
-    {"VersionGUID", kDefinitionIteratorData},
-    {"version", 0},
-    {"revision", 0},
-    {"UIDefinition", kReadOnly},
-    {"AdvancedUIDefinition", kReadOnly},
+    {fixed_property::kBaseSchema, kDefinitionIteratorData},
+    {fixed_property::kSchemaVersion, kReadOnly},
+    {fixed_property::kAssetLibId, 0},
+    {fixed_property::kAssetType, kReadOnly},
+    {fixed_property::kLocalType, kReadOnly},
+    {fixed_property::kLocalName, kReadOnly},
+    {fixed_property::kUiName, kDefinitionIteratorData},
+    {fixed_property::kKeyword, kDefinitionIteratorData | kAllowMultipleValues},
+    {fixed_property::kCategory, kDefinitionIteratorData | kAllowMultipleValues},
+    {fixed_property::kDescription, kDefinitionIteratorData},
+    {fixed_property::kThumbnail, kDefinitionIteratorData | kAllowMultipleValues},
+    {fixed_property::kHidden, kDefinitionIteratorData},
+    {fixed_property::kVersionGuid, kDefinitionIteratorData},
+    {fixed_property::kVersion, 0},
+    {fixed_property::kRevision, 0},
+    {fixed_property::kUiDefinition, kReadOnly},
+    {fixed_property::kAdvancedUiDefinition, kReadOnly},
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "assets/schema/schemabuilder.h"
 
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/property.h"
 #include "assets/property/units.h"
 #include "assets/schema/ischemaset.h"
@@ -96,7 +97,7 @@ void ApplyElementFlags(Record& record) {
     } else if (record.element == element::kVector3) {
         record.flags &= ~kAllowMultipleValues;
     } else if (record.element == element::kType ||
-               (record.element == element::kString && record.id == grammar::property::kAssetType)) {
+               (record.element == element::kString && record.id == fixed_property::kAssetType)) {
         record.flags = kReadOnly;
     }
 }
@@ -140,7 +141,7 @@ void AddBaseSchema(KRVTSchemaDefinition& schema, SchemaPropertyRecord& record) {
     } else if (!schema.BaseId().empty()) {
         HalvernError(record.id, " property is redefined.").Deliver();
     } else {
-        record.id = nuo::string(grammar::property::kBaseSchema);
+        record.id = nuo::string(fixed_property::kBaseSchema);
         record.flags = kDefinitionIteratorData;
         value_builders::String(schema, record);
     }

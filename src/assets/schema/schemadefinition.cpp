@@ -5,6 +5,7 @@
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/text.h"
 #include "assets/property/enumeration.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/widekey.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/schemagrammar.h"
@@ -71,15 +72,15 @@ bool KRVTSchemaDefinition::GetAliasFor(const wchar_t* target, IString& alias) co
 }
 
 bool KRVTSchemaDefinition::GetAssetType(IString& assetType) const {
-    return GetReadOnlyText(grammar::property::kAssetType, assetType);
+    return GetReadOnlyText(fixed_property::kAssetType, assetType);
 }
 
 bool KRVTSchemaDefinition::GetLocalType(IString& localType) const {
-    return GetReadOnlyText(grammar::property::kLocalType, localType);
+    return GetReadOnlyText(fixed_property::kLocalType, localType);
 }
 
 bool KRVTSchemaDefinition::GetLocalName(IString& localName) const {
-    return GetReadOnlyText(grammar::property::kLocalName, localName);
+    return GetReadOnlyText(fixed_property::kLocalName, localName);
 }
 
 KRVTSchemaDefinition* KRVTSchemaDefinition::BaseDefinition() const {
@@ -113,19 +114,19 @@ std::vector<PropertyBase*> KRVTSchemaDefinition::Properties() const {
 }
 
 nuo::string KRVTSchemaDefinition::BaseId() const {
-    const PropertyBase* property = FindProperty(grammar::property::kBaseSchema);
+    const PropertyBase* property = FindProperty(fixed_property::kBaseSchema);
     const nuo::string* text = property != nullptr ? TextAt(*property, 0) : nullptr;
     return text != nullptr ? *text : nuo::string();
 }
 
 nuo::string KRVTSchemaDefinition::AssetType() const {
-    const PropertyBase* property = FindReadOnly(grammar::property::kAssetType);
+    const PropertyBase* property = FindReadOnly(fixed_property::kAssetType);
     const nuo::string* text = property != nullptr ? TextAt(*property, 0) : nullptr;
     return text != nullptr ? *text : nuo::string();
 }
 
 std::int32_t KRVTSchemaDefinition::Version() const {
-    const PropertyBase* property = FindProperty(grammar::property::kSchemaVersion);
+    const PropertyBase* property = FindProperty(fixed_property::kSchemaVersion);
     if (property == nullptr) return 1;
     const auto* value = dynamic_cast<const IIntegerValue*>(property->GetValue());
     return value != nullptr && value->GetDimension() > 0 ? value->GetValue(0) : 1;

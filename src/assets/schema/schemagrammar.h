@@ -78,19 +78,6 @@ inline constexpr nuo::string_ref kMultiple = "multiple";
 /** Value of `type` that makes a reference one to a texture. */
 inline constexpr nuo::string_ref kTextureType = "texture";
 
-/** Ids of properties that the schemas themselves look at. */
-namespace property {
-inline constexpr nuo::string_ref kBaseSchema = "BaseSchema";
-inline constexpr nuo::string_ref kSchemaVersion = "SchemaVersion";
-inline constexpr nuo::string_ref kAssetType = "assettype";
-inline constexpr nuo::string_ref kLocalType = "localtype";
-inline constexpr nuo::string_ref kLocalName = "localname";
-inline constexpr nuo::string_ref kAssetLibId = "AssetLibID";
-inline constexpr nuo::string_ref kVersionGuid = "VersionGUID";
-inline constexpr nuo::string_ref kCategory = "category";
-inline constexpr nuo::string_ref kKeyword = "keyword";
-}  // namespace property
-
 /** The kind that the grammar gives an element; kUnspecified for other names. */
 PropertyType KindOfElement(nuo::string_ref element);
 

@@ -7,6 +7,7 @@
 #include "assets/manager/base/guarded.h"
 #include "assets/manager/base/path.h"
 #include "assets/manager/base/report.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/schema/propertydata.h"
 #include "assets/schema/propertyflags.h"
 #include "assets/schema/schemabuilder.h"
@@ -43,7 +44,7 @@ void AddMissing(KRVTSchemaDefinition& schema, nuo::string_ref element, nuo::stri
 }
 
 void CompleteVersion(KRVTSchemaDefinition& schema) {
-    AddMissing(schema, grammar::element::kInteger, grammar::property::kSchemaVersion,
+    AddMissing(schema, grammar::element::kInteger, fixed_property::kSchemaVersion,
                PropertyFlags::kReadOnly, 1);
 }
 
@@ -56,16 +57,14 @@ void ResetTexts(KRVTSchemaDefinition& schema, nuo::string_ref id) {
 
 void CompleteRoot(KRVTSchemaDefinition& schema) {
     using namespace PropertyFlags;
-    AddMissing(schema, grammar::element::kString, grammar::property::kAssetLibId, kPublic);
-    AddMissing(schema, grammar::element::kUuid, grammar::property::kVersionGuid,
+    AddMissing(schema, grammar::element::kString, fixed_property::kAssetLibId, kPublic);
+    AddMissing(schema, grammar::element::kUuid, fixed_property::kVersionGuid,
                kDefinitionIteratorData);
-    AddMissing(schema, grammar::element::kString, grammar::property::kLocalType,
-               kReadOnly | kLocal);
-    AddMissing(schema, grammar::element::kString, grammar::property::kLocalName,
-               kReadOnly | kLocal);
+    AddMissing(schema, grammar::element::kString, fixed_property::kLocalType, kReadOnly | kLocal);
+    AddMissing(schema, grammar::element::kString, fixed_property::kLocalName, kReadOnly | kLocal);
     if (schema.Version() < kVersionWithoutDefaultKeywords) {
-        ResetTexts(schema, grammar::property::kCategory);
-        ResetTexts(schema, grammar::property::kKeyword);
+        ResetTexts(schema, fixed_property::kCategory);
+        ResetTexts(schema, fixed_property::kKeyword);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <utility>
 
+#include "assets/property/fixedproperties.h"
 #include "assets/property/halvernasset.h"
 #include "assets/schema/propertyflags.h"
 #include "assets/schema/schemabuilder.h"
@@ -41,7 +42,7 @@ bool SetAssetType(KRVTSchemaDefinition& schema, const nuo::string& assetType) {
     SchemaPropertyRecord record;
     record.element = nuo::string(grammar::element::kString);
     record.kind = PropertyType::kString;
-    record.id = nuo::string(grammar::property::kAssetType);
+    record.id = nuo::string(fixed_property::kAssetType);
     record.label = record.id;
     record.flags = PropertyFlags::kReadOnly;
     record.values.assign(1, assetType);

@@ -4,6 +4,7 @@
 
 #include "assets/manager/base/report.h"
 #include "assets/manager/base/resourceprefix.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertyaccess.h"
 #include "assets/property/propertyfactory.h"
 #include "assets/schema/ischemaset.h"
@@ -82,7 +83,7 @@ MergeResult SchemaMerger::Run(VersionPolicy policy) {
 }
 
 bool SchemaMerger::MergeProperty(PropertyBase& property) {
-    if (property.Name() == grammar::property::kSchemaVersion) return true;
+    if (property.Name() == fixed_property::kSchemaVersion) return true;
     if (format_ == kFormatWithStrayMetadata) property.Descriptor().flags &= ~kMetadata;
     PropertyBase* twin = target_.FindProperty(property.Name().ref());
     if (twin != nullptr) return MergeExisting(property, *twin);
@@ -95,7 +96,7 @@ bool SchemaMerger::MergeExisting(PropertyBase& property, PropertyBase& twin) {
         Overwrite(property, twin);
         return true;
     }
-    if (property.Name() == grammar::property::kBaseSchema) return MatchesBaseSchema(property, twin);
+    if (property.Name() == fixed_property::kBaseSchema) return MatchesBaseSchema(property, twin);
     if (property.GetType() == PropertyType::kUri) return MergeUri(property, twin);
     return MergeByVersion(property, twin);
 }
@@ -190,8 +191,8 @@ void SchemaMerger::Replace(const PropertyBase& property, PropertyBase& twin) {
 }
 
 void SchemaMerger::TakeVersion() {
-    const PropertyBase* own = source_.FindProperty(grammar::property::kSchemaVersion);
-    PropertyBase* twin = target_.FindProperty(grammar::property::kSchemaVersion);
+    const PropertyBase* own = source_.FindProperty(fixed_property::kSchemaVersion);
+    PropertyBase* twin = target_.FindProperty(fixed_property::kSchemaVersion);
     if (twin != nullptr) {
         if (auto* number = ElementOf<std::int32_t>(*twin)) *number = source_version_;
         return;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "assets/property/fixedproperties.h"
 #include "assets/schema/recordattributes.h"
 #include "assets/schema/schemabuilder.h"
 #include "assets/schema/schemadefinition.h"
@@ -89,7 +90,7 @@ void SchemaManagerXmlData::Finish() {
     if (name == element::kLocalName || name == element::kLocalType) {
         record_.id = name;
     } else if (name == element::kType) {
-        record_.id = nuo::string(grammar::property::kAssetType);
+        record_.id = nuo::string(fixed_property::kAssetType);
     } else if (name == element::kFloat || name == element::kDistance) {
         record_.number = nuo::parse_double(first).value_or(0.0);
     } else if (name == element::kInteger) {

@@ -4,6 +4,7 @@
 
 #include "assets/property/bounds.h"
 #include "assets/property/choice.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/numbervalues.h"
 #include "assets/property/units.h"
 #include "assets/property/urivalues.h"
@@ -326,8 +327,8 @@ nuo::string TextOf(const KRVTSchemaDefinition& schema, nuo::string_ref name) {
 
 bool HasDirective(const KRVTSchemaDefinition& schema, const PropertyBase& property) {
     return !(schema.Id() == grammar::kCommonSchema) &&
-           (property.Name() == grammar::property::kBaseSchema ||
-            property.Name() == grammar::property::kAssetType);
+           (property.Name() == fixed_property::kBaseSchema ||
+            property.Name() == fixed_property::kAssetType);
 }
 
 const PropertyBase* InheritedBy(const KRVTSchemaDefinition& schema, const PropertyBase& property) {
@@ -348,8 +349,8 @@ nuo::string WriteSchemaXml(const KRVTSchemaDefinition& schema) {
     XmlDocument document(element::kRoot);
     const XmlElement root = document.Root();
     WriteDirective(root, element::kUid, schema.Id());
-    WriteDirective(root, element::kBase, TextOf(schema, grammar::property::kBaseSchema));
-    WriteDirective(root, element::kType, TextOf(schema, grammar::property::kAssetType));
+    WriteDirective(root, element::kBase, TextOf(schema, fixed_property::kBaseSchema));
+    WriteDirective(root, element::kType, TextOf(schema, fixed_property::kAssetType));
     for (const PropertyBase* property : schema.Properties()) {
         if (HasDirective(schema, *property)) continue;
         const PropertyBase* inherited = InheritedBy(schema, *property);
