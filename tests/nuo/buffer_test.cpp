@@ -71,6 +71,15 @@ TEST(Buffer, GrowthBeyondTheDoubleTakesHalfAsMuchAgain) {
     EXPECT_EQ(bytes.capacity(), 18u);
 }
 
+TEST(Buffer, TakesBytesOfItsOwnAlsoWhereItGrows) {
+    Buffer bytes = Bytes("ab");
+    for (int i = 0; i < 6; ++i)
+        bytes.append(bytes.begin(), bytes.end());
+    ASSERT_EQ(bytes.size(), 128u);
+    bytes.insert(bytes.begin() + 2, bytes.begin(), bytes.begin() + 1);
+    EXPECT_EQ(Text(bytes).substr(0, 6), "abaaba");
+}
+
 TEST(Buffer, ResizeDoublesOrTakesHalfAsMuchAgain) {
     Buffer bytes;
     bytes.resize(10);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 #include "nuo/common/string.h"
 #include "nuo/counting_heap.h"
@@ -56,6 +57,19 @@ TEST(StringBuilder, InsertsAtAPosition) {
     EXPECT_STREQ(text.c_str(), "<abcd");
     text.insert(text.end(), "");
     EXPECT_STREQ(text.c_str(), "<abcd");
+}
+
+TEST(StringBuilder, IsAppendedToItselfAlsoWhereItGrows) {
+    string_builder text;
+    text.append("ab");
+    std::string expected = "ab";
+    for (int i = 0; i < 12; ++i) {
+        text.append(text);
+        expected += expected;
+        ASSERT_EQ(nuo::string_ref(text), nuo::string_ref(expected.data(), expected.size()));
+    }
+    text.insert(text.begin() + 3, nuo::string_ref(text.data(), 3));
+    EXPECT_TRUE(nuo::string_ref(text).starts_with("abaababab"));
 }
 
 TEST(StringBuilder, AppendsNumbersInDecimal) {

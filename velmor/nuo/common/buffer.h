@@ -33,24 +33,23 @@ public:
 
     void append(const T* first, const T* last) { insert(end(), first, last); }
     void append(T value) { insert(end(), value); }
-    /// The range must not lie in this buffer. Returns the address of the first inserted byte.
+    /// The range may lie in this buffer, before `position`. Returns the address of the first
+    /// inserted byte.
     T* insert(const T* position, const T* first, const T* last) {
         const auto count = static_cast<std::uint64_t>(last - first);
         if (count == 0) return const_cast<T*>(position);
-        T* gap = open(position, count);
-        std::memcpy(gap, first, count);
-        return gap;
+        const auto* bytes = reinterpret_cast<const byte*>(first);
+        return reinterpret_cast<T*>(store_.insert(offset_of(position), bytes, count));
     }
     T* insert(const T* position, T value) {
-        T* gap = open(position, 1);
+        auto* const gap = reinterpret_cast<T*>(store_.open_gap(offset_of(position), 1));
         *gap = value;
         return gap;
     }
     /// Inserts `count` zero bytes.
     T* insert_gap(const T* position, std::uint64_t count) {
         if (count == 0) return const_cast<T*>(position);
-        const auto offset = static_cast<std::uint64_t>(position - begin());
-        return reinterpret_cast<T*>(store_.open_zero_gap(offset, count));
+        return reinterpret_cast<T*>(store_.open_zero_gap(offset_of(position), count));
     }
     /// New bytes are zero.
     void resize(std::uint64_t size) { store_.resize(size); }
@@ -79,9 +78,8 @@ public:
     }
 
 private:
-    T* open(const T* position, std::uint64_t count) {
-        const auto offset = static_cast<std::uint64_t>(position - begin());
-        return reinterpret_cast<T*>(store_.open_gap(offset, count));
+    std::uint64_t offset_of(const T* position) const noexcept {
+        return static_cast<std::uint64_t>(position - begin());
     }
     void take(const buffer& other) { store_.copy_from(other.store_, other.size()); }
 

@@ -19,7 +19,11 @@ public:
     raw_store& operator=(const raw_store&) = delete;
 
     /// Opens a gap of `count` unset bytes at `offset` and returns its address.
-    byte* open_gap(std::uint64_t offset, std::uint64_t count);
+    byte* open_gap(std::uint64_t offset, std::uint64_t count) {
+        return insert(offset, nullptr, count);
+    }
+    /// The same, filled with `bytes`, which may lie in this array before `offset`.
+    byte* insert(std::uint64_t offset, const byte* bytes, std::uint64_t count);
     /// Opens a gap of zeros.
     byte* open_zero_gap(std::uint64_t offset, std::uint64_t count);
     /// Bytes behind the old size are zero.

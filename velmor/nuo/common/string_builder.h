@@ -18,14 +18,15 @@ public:
     string_builder& operator=(const string_builder& other);
     string_builder& operator=(string_builder&& other) noexcept;
 
-    /// The text must not lie in this builder.
+    /// The text may lie in this builder.
     string_builder& append(string_ref text);
     string_builder& append(char c);
     string_builder& append(std::uint64_t count, char c);
     /// Appends the number in decimal.
     string_builder& append_number(std::int64_t number);
     string_builder& append_number(std::uint64_t number);
-    /// Returns the address of the first inserted character.
+    /// The text may lie in this builder, before `position`. Returns the address of the first
+    /// inserted character.
     char* insert(const char* position, string_ref text);
     char* insert(const char* position, char c);
     /// New characters are NUL.

@@ -36,15 +36,18 @@ void raw_store::release() noexcept {
     data = nullptr;
 }
 
-byte* raw_store::open_gap(std::uint64_t offset, std::uint64_t count) {
+// The old array goes last, for the new bytes may lie in it.
+byte* raw_store::insert(std::uint64_t offset, const byte* bytes, std::uint64_t count) {
     if (count > std::numeric_limits<std::int64_t>::max()) throw std::bad_alloc();
     const std::uint64_t tail = size - offset;
     if (size + count < capacity) {
         std::memmove(data + offset + count, data + offset, tail);
+        if (bytes != nullptr) copy_bytes(data + offset, bytes, count);
     } else {
         const std::uint64_t grown = grown_capacity(capacity, size + count + 1);
         byte* array = allocate(*owner, grown);
         copy_bytes(array, data, offset);
+        if (bytes != nullptr) copy_bytes(array + offset, bytes, count);
         copy_bytes(array + offset + count, data + offset, tail);
         release();
         data = array;

@@ -49,10 +49,11 @@ char* string_builder::open(const char* position, std::uint64_t count) {
 
 char* string_builder::insert(const char* position, string_ref text) {
     if (text.empty()) return const_cast<char*>(position);
-    char* gap = open(position, text.size());
-    std::memcpy(gap, text.data(), text.size());
+    const auto offset = static_cast<std::uint64_t>(position - data());
+    const auto* bytes = reinterpret_cast<const byte*>(text.data());
+    byte* gap = store_.insert(offset, bytes, text.size());
     terminate();
-    return gap;
+    return reinterpret_cast<char*>(gap);
 }
 
 char* string_builder::insert(const char* position, char c) {
