@@ -19,7 +19,28 @@ TEST_F(HalvernAssetTest, TheReflectedTypeIsTheNativeClass) {
     EXPECT_EQ(type.alignment(), alignof(HalvernAsset));
     EXPECT_FALSE(type.isPod());
     EXPECT_TRUE(velmor::isNative<HalvernAsset>(type));
-    EXPECT_EQ(type.methods().extendMethods(), nullptr);
+}
+
+TEST_F(HalvernAssetTest, RecordsAreOrderedByIdentifierBaseSchemaAndContent) {
+    const velmor::Type type = context.types.Asset();
+    const auto order = [type](const HalvernAsset& left, const HalvernAsset& right) {
+        return velmor::compare({type, &left}, {type, &right});
+    };
+    HalvernAsset a;
+    HalvernAsset b;
+    EXPECT_EQ(order(a, b), 0);
+    a.baseSchema = "B";
+    b.baseSchema = "A";
+    EXPECT_GT(order(a, b), 0);
+    b.identifier = "b";
+    EXPECT_LT(order(a, b), 0);
+    PropertyTableImp& with = NewTable();
+    PropertyTableImp& other = NewTable();
+    EXPECT_EQ(order(with.Holder(), other.Holder()), 0);
+    with.Group(PropertyTableImp::kIterationGroup)
+        .Insert(MakeProperty(context, ValueClass::kStringValue, "name", "", 0));
+    EXPECT_GT(order(with.Holder(), other.Holder()), 0);
+    EXPECT_LT(order(HalvernAsset(), with.Holder()), 0);
 }
 
 TEST_F(HalvernAssetTest, DestroyingTheValueDestroysTheTable) {

@@ -37,6 +37,24 @@ TEST_F(PropertyGroupTest, NamesStandInTheOrderOfTheirSignedBytes) {
                                           "longer-than-eight-1", "longer-than-eight-2"));
 }
 
+TEST_F(PropertyGroupTest, GroupsAreOrderedByNamesKindsAndData) {
+    PropertyGroup other(heap);
+    EXPECT_EQ(compareNative(group, other), 0);
+    Put(group, "a");
+    EXPECT_EQ(compareNative(group, other), 1);
+    EXPECT_EQ(compareNative(other, group), -1);
+    Put(other, "b");
+    EXPECT_LT(compareNative(group, other), 0);
+    Put(other, "a", ValueClass::kUuidValue);
+    EXPECT_LT(compareNative(group, other), 0);
+    other = group;
+    EXPECT_EQ(compareNative(group, other), 0);
+    dynamic_cast<IStringValue*>(other.Find("a")->GetValue())->SetValue(L"text");
+    EXPECT_LT(compareNative(group, other), 0);
+    const velmor::Type type = context.types.At(4);
+    EXPECT_EQ(velmor::compare({type, &other}, {type, &group}), 1);
+}
+
 TEST_F(PropertyGroupTest, NamesThatGoOnSortBehindThoseThatEnd) {
     Put(group,
         "a\x80"

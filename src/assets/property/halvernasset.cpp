@@ -5,6 +5,7 @@
 
 #include "assets/property/propertytable.h"
 #include "velmor/object.h"
+#include "velmor/primitive_methods.h"
 
 namespace korvanet::platform::assets {
 
@@ -36,13 +37,32 @@ public:
     const velmor::TypeInfoHandle& typeinfo() const override {
         return velmor::TypeInfo<HalvernAsset>::instance();
     }
-    const velmor::ExtendMethods* extendMethods() const override { return nullptr; }
+    const velmor::ExtendMethods* extendMethods() const override {
+        static constexpr velmor::ExtendMethods record{
+            [](velmor::ConstObject left, velmor::ConstObject right) {
+                return compareNative(*static_cast<const HalvernAsset*>(left.data()),
+                                     *static_cast<const HalvernAsset*>(right.data()));
+            },
+            nullptr};
+        return &record;
+    }
 };
 
 }  // namespace
 
 HalvernAsset::~HalvernAsset() {
     delete std::exchange(table, nullptr);
+}
+
+int compareNative(const HalvernAsset& left, const HalvernAsset& right) {
+    if (const int order = velmor::compareNative(left.identifier, right.identifier)) return order;
+    if (const int order = velmor::compareNative(left.baseSchema, right.baseSchema)) return order;
+    if (left.table == nullptr || right.table == nullptr)
+        return velmor::compareNative(left.table != nullptr, right.table != nullptr);
+    for (std::size_t group = 0; group < PropertyTableImp::kGroupCount; ++group)
+        if (const int order = compareNative(left.table->Group(group), right.table->Group(group)))
+            return order;
+    return 0;
 }
 
 const velmor::TypeMethods& HalvernAssetMethods() {

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <functional>
 
+#include "velmor/primitive_methods.h"
+
 namespace korvanet::platform::assets {
 
 namespace {
@@ -35,6 +37,13 @@ std::uint32_t HashOf(nuo::string_ref name) {
 
 std::uint64_t Aligned(std::uint64_t size, std::uint64_t alignment) {
     return (size + alignment - 1) / alignment * alignment;
+}
+
+int Order(const PropertyGroup::Entry& left, const PropertyGroup::Entry& right) {
+    if (const int order = left.Name().ref().compare(right.Name())) return order;
+    if (!(left.Type() == right.Type()))
+        return left.Type().name().ref().compare(right.Type().name());
+    return velmor::compare(left.Property().DataObject(), right.Property().DataObject());
 }
 
 }  // namespace
@@ -166,6 +175,14 @@ void PropertyGroup::Destroy(PropertyBase& object) {
     if (!InBlock(object)) {
         heap_->free(&object, type.payload(), type.alignment());
     }
+}
+
+int compareNative(const PropertyGroup& left, const PropertyGroup& right) {
+    auto a = left.begin();
+    auto b = right.begin();
+    for (; a != left.end() && b != right.end(); ++a, ++b)
+        if (const int order = Order(*a, *b)) return order;
+    return velmor::compareNative(left.Size(), right.Size());
 }
 
 }  // namespace korvanet::platform::assets

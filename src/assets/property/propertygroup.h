@@ -89,4 +89,7 @@ private:
     std::uint64_t block_size_ = 0;
 };
 
+// By names, then by kinds of value, then by data; a group that goes on sorts behind one that ends.
+int compareNative(const PropertyGroup& left, const PropertyGroup& right);
+
 }  // namespace korvanet::platform::assets
