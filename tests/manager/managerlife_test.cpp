@@ -2,6 +2,8 @@
 #include <korvanet/platform/assets/ischemabatchloader.h>
 #include <korvanet/platform/core/registry.h>
 
+#include <stdexcept>
+
 #include "assets/manager/assetlibrarymanager.h"
 #include "tests/support/managertest.h"
 #include "velmor/runtime.h"
@@ -35,6 +37,28 @@ public:
 private:
     int made_ = 0;
 };
+
+// A registry of the host that fails in its own way.
+class RaisingRegistry final : public core::IRegistry {
+public:
+    RaisingRegistry() { core::SetRegistry(this); }
+    ~RaisingRegistry() override { core::SetRegistry(nullptr); }
+
+    bool OpenHive() override { throw std::runtime_error("no registry"); }
+    Key OpenKey(const wchar_t*) override { return 0; }
+    bool ReadString(Key, const wchar_t*, core::IString&) override { return false; }
+    void CloseKey(Key) override {}
+    void CloseHive() override {}
+};
+
+TEST_F(ManagerLife, AManagerThatCannotBeMadeIsNullAndTheNextCallTriesAgain) {
+    {
+        const RaisingRegistry registry;
+        EXPECT_EQ(assets::GetIAssetLibraryManager(), nullptr);
+        EXPECT_EQ(assets::ISchemaBatchLoader::Create(), nullptr);
+    }
+    EXPECT_EQ(&Manager(), assets::GetIAssetLibraryManager());
+}
 
 TEST_F(ManagerLife, TheManagerIsTheSameForEveryCall) {
     EXPECT_EQ(&Manager(), assets::GetIAssetLibraryManager());
