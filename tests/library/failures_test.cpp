@@ -3,13 +3,18 @@
 
 #include <sys/stat.h>
 
+#include <fstream>
+
 #include "assets/asset/assetinstance.h"
 #include "assets/library/tabletext.h"
 #include "support.h"
 #include "support/filesizelimit.h"
+#include "support/raised.h"
 
 namespace korvanet::platform::assets {
 namespace {
+
+using halvern_tests::Raised;
 
 void SetFile(AssetDefinition& paint, const std::string& value) {
     ASSERT_TRUE(SetText(paint, "p_file", value.c_str()));
@@ -72,6 +77,15 @@ protected:
     std::unique_ptr<JpkFs> package;
 };
 
+TEST_F(Stored, AFileInTheWayOfTheFoldersOfALibraryCarriesNoWords) {
+    std::ofstream(host.Folder() + "/package/LIB") << "mine";
+    EXPECT_EQ(Raised<JpkFsErr>([&] {
+                  GeneralLibrary(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+              }),
+              "");
+    EXPECT_EQ(package->state("LIB").size, 4U);
+}
+
 TEST_F(Stored, AFileThatDoesNotFitLeavesNothingBehindAndCanBeAddedAgain) {
     GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
     const std::string file = host.MakeFile("a.png", std::string(0x20000, 'a'));
@@ -83,6 +97,28 @@ TEST_F(Stored, AFileThatDoesNotFitLeavesNothingBehindAndCanBeAddedAgain) {
     EXPECT_FALSE(Has("LIB/Resources/Red"));
     EXPECT_TRUE(library.Resources().Add(file.c_str(), "", folder) ==
                 "LIB/Resources/Red/p_file/0/a.png");
+}
+
+// Files of others may have any name.
+TEST_F(Stored, AFileInTheWayOfAFolderStaysAsItIs) {
+    GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+    LibraryResources& resources = library.Resources();
+    ASSERT_TRUE(resources.Add(host.MakeFile("Red", "mine").c_str(), "", "LIB/Resources") ==
+                "LIB/Resources/Red");
+    const std::string file = host.MakeFile("a.png", "one");
+    EXPECT_THROW(resources.Add(file.c_str(), "", resources.FolderOf("Red", "p_file", 0)), JpkFsErr);
+    EXPECT_EQ(package->state("LIB/Resources/Red").size, 4U);
+}
+
+TEST_F(Stored, AnEmptyFolderThatStoodThereBeforeStays) {
+    GeneralLibrary library(host, *package, host.Slib(), GeneralLibrary::Creating{"LIB", 0});
+    ASSERT_EQ(velmor::fs::recursiveCreateDir(*package, "LIB/Resources/Red"), velmor::fs::er_ok);
+    const std::string file = host.MakeFile("a.png", std::string(0x20000, 'a'));
+    const FileSizeLimit limit(0x18000);
+    EXPECT_THROW(library.Resources().Add(file.c_str(), "", "LIB/Resources/Red/p_file/0"),
+                 nuo::exception);
+    EXPECT_TRUE(Has("LIB/Resources/Red"));
+    EXPECT_FALSE(Has("LIB/Resources/Red/p_file"));
 }
 
 TEST_F(Stored, AFolderThatCannotBeMadeLeavesNoneOfThoseAboveIt) {
@@ -119,6 +155,22 @@ TEST_F(Stored, ASchemaPartThatCouldNotBeRemovedIsRemovedByTheNextSave) {
     ASSERT_EQ(::rmdir((other + "/inside").c_str()), 0);
     EXPECT_TRUE(library.Save());
     EXPECT_FALSE(Has("LIB/Schemas/Other.xml"));
+}
+
+TEST(Failures, APackageThatLacksAPartCarriesNoWords) {
+    TestHost host;
+    for (const char* sample : {"bad-empty.jpk", "bad-no-toc.jpk", "bad-no-store.jpk"})
+        EXPECT_EQ(Raised<JpkFsErr>([&] { TestLibrary(host, sample, false); }), "") << sample;
+    EXPECT_EQ(Raised<JpkVersionErr>([&] { TestLibrary(host, "bad-toc-v4.jpk", false); }), "");
+}
+
+TEST(Failures, APartThatIsNoSchemaIsNamed) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    library->SavedBytes();
+    library->Write("LIB/Schemas/Odd.xml", "<AssetSchema>");
+    const nuo::buffer<nuo::byte> bytes = library->CommittedBytes();
+    EXPECT_EQ(Raised<JpkFsErr>([&] { TestLibrary(host, bytes, false); }), "LIB/Schemas/Odd.xml");
 }
 
 TEST(Failures, RecordsThatShareBlocksArePartedByTheNextSave) {

@@ -14,6 +14,8 @@ public:
         const rlimit limit{size, former_.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
     ~FileSizeLimit() {
         ::setrlimit(RLIMIT_FSIZE, &former_);
         std::signal(SIGXFSZ, handler_);

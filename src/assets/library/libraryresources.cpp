@@ -51,6 +51,11 @@ bool LiesBelow(nuo::string_ref path, nuo::string_ref folder) {
     return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
+nuo::string_ref ParentOf(nuo::string_ref path) {
+    const auto slash = path.rfind('/');
+    return slash == nuo::string_ref::npos ? nuo::string_ref() : path.substr(0, slash);
+}
+
 // The elements of a URI property: one text, or a list of them.
 template <class Visit>
 void ForEachText(PropertyBase& property, Visit&& visit) {
@@ -132,8 +137,12 @@ nuo::archive::archive_ptr LibraryResources::OpenPart(nuo::string_ref path) {
     return copy;
 }
 
+nuo::string LibraryResources::OwnFolder() const {
+    return legacy_ ? fs::joinPath(kLegacyFolder, identifier_) : identifier_;
+}
+
 bool LibraryResources::IsOwn(nuo::string_ref path) const {
-    return LiesBelow(path, legacy_ ? fs::joinPath(kLegacyFolder, identifier_) : identifier_);
+    return LiesBelow(path, OwnFolder());
 }
 
 // In either layout: while a library is converted it has both.
@@ -187,6 +196,7 @@ nuo::string LibraryResources::FreeTarget(nuo::string_ref folder, const nuo::stri
 void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref folder,
                              nuo::string_ref target) {
     fs::recursiveCreateDir(host_.TempFs(), fs::joinPath(scratch_folder_, folder));
+    const nuo::string_ref standing = NearestFolder(folder);
     NoteStored(target);
     nuo::archive::archive_ptr part;
     try {
@@ -197,7 +207,7 @@ void LibraryResources::Store(nuo::archive::iarchive& source, nuo::string_ref fol
         CopyAll(source, *part);
     } catch (...) {  // a part that holds half a file is worse than none
         part.reset();
-        RemoveWithFolders(target);
+        RemoveWithFolders(target, standing);
         uncommitted_.erase(nuo::string(target));
         throw;
     }
@@ -211,7 +221,7 @@ void LibraryResources::NoteCommit() {
 void LibraryResources::DropUncommitted() {
     const auto is_own = [this](const nuo::string& path) { return IsOwn(path); };
     for (const nuo::string& path : uncommitted_)
-        if (is_own(path)) RemoveWithFolders(path);
+        if (is_own(path)) RemoveWithFolders(path, OwnFolder());
     std::erase_if(uncommitted_, is_own);
     std::erase_if(taken_out_, [&](const auto& entry) { return is_own(entry.first); });
     std::erase_if(paths_, [&](const auto& entry) { return is_own(entry.second); });
@@ -239,12 +249,20 @@ void LibraryResources::PutUncommittedBack() {
     taken_out_.clear();
 }
 
-// The folders too that hold nothing else, up to that of the library.
-void LibraryResources::RemoveWithFolders(nuo::string_ref path) {
+// A file that has the name of a folder is no folder.
+void LibraryResources::RemoveWithFolders(nuo::string_ref path, nuo::string_ref upper) {
     package_.remove(path);
-    do {
-        path = path.substr(0, path.rfind('/'));
-    } while (IsOwn(path) && (!PartExists(path) || package_.remove(path) == fs::er_ok));
+    for (path = ParentOf(path); LiesBelow(path, upper); path = ParentOf(path)) {
+        const auto state = package_.state(path).state;
+        if (state == fs::state_not_found) continue;
+        if (state != fs::state_directory || package_.remove(path) != fs::er_ok) return;
+    }
+}
+
+nuo::string_ref LibraryResources::NearestFolder(nuo::string_ref path) {
+    while (!path.empty() && !PartExists(path))
+        path = ParentOf(path);
+    return path;
 }
 
 bool LibraryResources::PartExists(nuo::string_ref path) {

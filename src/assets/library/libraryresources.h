@@ -34,7 +34,7 @@ public:
     // such file, when its name is none, or after a hundred names that are taken. `source` is a
     // path, a "file:///" URI or a "jpk:" URI. With an empty `type` a source that was added before
     // gives the path that it got then. Raises JpkFsErr when the part cannot be made, and what the
-    // archives raise; nothing of it is left then, nor of folders that hold nothing else.
+    // archives raise; nothing of it is left then, nor of folders that were made for it.
     nuo::string Add(nuo::string_ref source, nuo::string_ref type, nuo::string_ref folder);
 
     // Brings the files that a URI property names into the package, and the property to their new
@@ -69,7 +69,11 @@ private:
     nuo::string Import(nuo::string_ref value, nuo::string_ref folder);
     nuo::string FreeTarget(nuo::string_ref folder, const nuo::string& name);
     void Store(nuo::archive::iarchive& source, nuo::string_ref folder, nuo::string_ref target);
-    void RemoveWithFolders(nuo::string_ref path);
+    // The folders below `upper` too that hold nothing else.
+    void RemoveWithFolders(nuo::string_ref path, nuo::string_ref upper);
+    // What is there of a path, from its start.
+    nuo::string_ref NearestFolder(nuo::string_ref path);
+    nuo::string OwnFolder() const;
     bool PartExists(nuo::string_ref path);
 
     velmor::fs::IVfs& package_;
