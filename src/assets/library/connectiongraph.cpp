@@ -33,19 +33,22 @@ bool ConnectionGraph::LeadsToCircle(const PropertyTableImp& table) const {
 }
 
 std::vector<const PropertyTableImp*> ConnectionGraph::LeadingTo(
-    const std::vector<const PropertyTableImp*>& changed) const {
+    const std::vector<const PropertyTableImp*>& targets) const {
     std::vector<bool> met(nodes_.size());
+    std::vector<std::size_t> open;
+    for (const PropertyTableImp* table : targets) {
+        open.push_back(numbers_.at(table));
+        met[open.back()] = true;
+    }
     std::vector<const PropertyTableImp*> leading;
-    const auto meet = [&](std::size_t number) {
-        if (!met[number]) leading.push_back(nodes_[number].table);
-        met[number] = true;
-    };
-    for (const PropertyTableImp* table : changed)
-        meet(numbers_.at(table));
-    for (std::size_t next = 0; next < leading.size(); ++next) {
-        const Span sources = nodes_[numbers_.at(leading[next])].sources;
-        for (std::size_t at = sources.begin; at < sources.end; ++at)
-            meet(sources_[at]);
+    for (std::size_t next = 0; next < open.size(); ++next) {
+        const Span sources = nodes_[open[next]].sources;
+        for (std::size_t at = sources.begin; at < sources.end; ++at) {
+            if (met[sources_[at]]) continue;
+            met[sources_[at]] = true;
+            open.push_back(sources_[at]);
+            leading.push_back(nodes_[sources_[at]].table);
+        }
     }
     return leading;
 }
@@ -108,6 +111,20 @@ int ConnectionGraph::Walk(std::size_t number, int level) {
         deepest = std::max(deepest, 1 + below);
     }
     return node.depth_in_walk = deepest;
+}
+
+bool ReachTooDeep(const std::vector<const PropertyTableImp*>& tables,
+                  const std::vector<const PropertyTableImp*>& changed, int most,
+                  std::uint64_t most_steps) {
+    ConnectionGraph graph(tables);
+    const auto may_measure = [&](const PropertyTableImp* table) {
+        return graph.Steps() <= most_steps || !graph.LeadsToCircle(*table);
+    };
+    for (const PropertyTableImp* table : changed)
+        if (!may_measure(table) || graph.DepthOf(*table) > most) return true;
+    for (const PropertyTableImp* table : graph.LeadingTo(changed))
+        if (may_measure(table) && graph.DepthOf(*table) > most) return true;
+    return false;
 }
 
 }  // namespace korvanet::platform::assets

@@ -22,9 +22,9 @@ public:
     // How many connections all walks have met so far.
     std::uint64_t Steps() const { return steps_; }
 
-    // The tables from which connections lead to one of `changed`, and these.
+    // The other tables from which connections lead to one of `targets`.
     std::vector<const PropertyTableImp*> LeadingTo(
-        const std::vector<const PropertyTableImp*>& changed) const;
+        const std::vector<const PropertyTableImp*>& targets) const;
 
 private:
     static constexpr int kUnknown = -1;
@@ -57,5 +57,12 @@ private:
     std::uint64_t walks_ = 0;
     std::uint64_t steps_ = 0;
 };
+
+// Whether one of `changed`, or one of `tables` that leads to one of them, reaches deeper than
+// `most`. Walks may meet `most_steps` connections: what would take more counts as too deep among
+// the changed ones, and is taken as it is among the others.
+bool ReachTooDeep(const std::vector<const PropertyTableImp*>& tables,
+                  const std::vector<const PropertyTableImp*>& changed, int most,
+                  std::uint64_t most_steps);
 
 }  // namespace korvanet::platform::assets

@@ -11,8 +11,13 @@ void SchemaParts::Add(const nuo::string& id, const nuo::string& part) {
     const nuo::string* const told = SchemaOf(part);
     if (told != nullptr && *told == id) return;
     Remove(part);
-    ids_.emplace(part, id);
-    parts_.emplace(id, part);
+    const auto added = parts_.emplace(id, part);
+    try {
+        ids_.emplace(part, id);
+    } catch (...) {
+        parts_.erase(added);
+        throw;
+    }
 }
 
 const nuo::string* SchemaParts::SchemaOf(const nuo::string& part) const {

@@ -7,9 +7,10 @@
 
 namespace korvanet::platform::assets {
 
-// The groups that records hold; the read-only one is the schema's.
-inline constexpr std::size_t kStoredGroups[] = {PropertyTableImp::kReadWriteGroup,
-                                                PropertyTableImp::kIterationGroup};
+// The groups that records hold, in the order in which they are read; the read-only one is the
+// schema's.
+inline constexpr std::size_t kStoredGroups[] = {PropertyTableImp::kIterationGroup,
+                                                PropertyTableImp::kReadWriteGroup};
 
 // Visits the tables that properties of the stored groups are connected to, once for each
 // connection.
