@@ -33,10 +33,16 @@ TEST(Utf8Decode, ReadsEveryLength) {
 
 TEST(Utf8Decode, FourByteFormKeepsTheLowerSixteenBits) {
     EXPECT_EQ(Decode("\xF0\x9F\x98\x80"), (Units{0xF600}));
+    EXPECT_EQ(Decode("\xF7\xBF\xBF\x81"
+                     "A"),
+              (Units{0xFFC1, 0x41}));
 }
 
 TEST(Utf8Decode, HistoricFiveAndSixByteFormsKeepTheLowerSixteenBits) {
     EXPECT_EQ(Decode("\xF8\x88\x80\x8D\x85"), (Units{0x0345}));
+    EXPECT_EQ(Decode("\xFB\xBF\xBF\xBF\x81"
+                     "A"),
+              (Units{0xFFC1, 0x41}));
     EXPECT_EQ(Decode("\xFD\xBF\xBF\xBF\xBF\xBF"), (Units{0xFFFF}));
     EXPECT_EQ(Decode("\xFC\x80\x80\x80\x81\x81"), (Units{0x0041}));
 }

@@ -31,16 +31,16 @@ TEST_F(HalvernAssetTest, RecordsAreOrderedByIdentifierBaseSchemaAndContent) {
     EXPECT_EQ(order(a, b), 0);
     a.baseSchema = "B";
     b.baseSchema = "A";
-    EXPECT_GT(order(a, b), 0);
+    EXPECT_EQ(order(a, b), 1);
     b.identifier = "b";
-    EXPECT_LT(order(a, b), 0);
+    EXPECT_EQ(order(a, b), -1);
     PropertyTableImp& with = NewTable();
     PropertyTableImp& other = NewTable();
     EXPECT_EQ(order(with.Holder(), other.Holder()), 0);
     with.Group(PropertyTableImp::kIterationGroup)
         .Insert(MakeProperty(context, ValueClass::kStringValue, "name", "", 0));
-    EXPECT_GT(order(with.Holder(), other.Holder()), 0);
-    EXPECT_LT(order(HalvernAsset(), with.Holder()), 0);
+    EXPECT_EQ(order(with.Holder(), other.Holder()), 1);
+    EXPECT_EQ(order(HalvernAsset(), with.Holder()), -1);
 }
 
 TEST_F(HalvernAssetTest, DestroyingTheValueDestroysTheTable) {

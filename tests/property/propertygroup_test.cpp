@@ -44,13 +44,13 @@ TEST_F(PropertyGroupTest, GroupsAreOrderedByNamesKindsAndData) {
     EXPECT_EQ(compareNative(group, other), 1);
     EXPECT_EQ(compareNative(other, group), -1);
     Put(other, "b");
-    EXPECT_LT(compareNative(group, other), 0);
+    EXPECT_EQ(compareNative(group, other), -1);
     Put(other, "a", ValueClass::kUuidValue);
-    EXPECT_LT(compareNative(group, other), 0);
+    EXPECT_EQ(compareNative(group, other), -1);
     other = group;
     EXPECT_EQ(compareNative(group, other), 0);
     dynamic_cast<IStringValue*>(other.Find("a")->GetValue())->SetValue(L"text");
-    EXPECT_LT(compareNative(group, other), 0);
+    EXPECT_EQ(compareNative(group, other), -1);
     const velmor::Type type = context.types.At(4);
     EXPECT_EQ(velmor::compare({type, &other}, {type, &group}), 1);
 }

@@ -4,7 +4,7 @@
 
 namespace korvanet::platform::assets::fixed_property {
 
-/** Names of the properties that the system itself reads; each stands in the group told. */
+/** Names of the properties of all assets that the system reads; each stands in the group told. */
 inline constexpr nuo::string_ref kAssetLibId{"AssetLibID"};  // read-write
 inline constexpr nuo::string_ref kVersion{"version"};        // read-write
 inline constexpr nuo::string_ref kRevision{"revision"};      // read-write

@@ -38,8 +38,8 @@ public:
     bool instanceLoaded = false;
 };
 
-// By identifier, then by base schema, then by the groups of the tables; a record without a table
-// sorts before one with any.
+// By identifier, then by base schema, then by the groups of the tables as far as they are loaded; a
+// record without a table sorts before one with any.
 int compareNative(const HalvernAsset& left, const HalvernAsset& right);
 
 // The methods of the reflected type `HalvernAsset`. A record is stored by its library, not here.

@@ -40,9 +40,9 @@ std::uint64_t Aligned(std::uint64_t size, std::uint64_t alignment) {
 }
 
 int Order(const PropertyGroup::Entry& left, const PropertyGroup::Entry& right) {
-    if (const int order = left.Name().ref().compare(right.Name())) return order;
+    if (const int order = velmor::compareNative(left.Name(), right.Name())) return order;
     if (!(left.Type() == right.Type()))
-        return left.Type().name().ref().compare(right.Type().name());
+        return velmor::compareNative(left.Type().name(), right.Type().name());
     return velmor::compare(left.Property().DataObject(), right.Property().DataObject());
 }
 

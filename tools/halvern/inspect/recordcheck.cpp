@@ -9,6 +9,7 @@
 #include "assets/library/resourceuri.h"
 #include "assets/package/jpkfs.h"
 #include "assets/property/connectioncodec.h"
+#include "assets/property/fixedproperties.h"
 #include "assets/property/propertystream.h"
 #include "nuo/common/archive/string.h"
 #include "nuo/common/buffer_archive.h"
@@ -85,14 +86,15 @@ void RecordCheck::CheckListing(const std::string& store, const ContentsEntry& en
     nuo::archive::buffer_in in(record);
     if (!ReadItems(store, entry, shape.listing, in, record.size())) return;
     for (const SchemaShape::Item& item : shape.listing) {
-        if (!(item.item.descriptor->name == "BaseSchema")) continue;
+        if (!(item.item.descriptor->name == fixed_property::kBaseSchema)) continue;
         UTF8String told;
         auto* const text = dynamic_cast<IStringValue*>(item.property->GetValue());
         if (text != nullptr && text->GetValue(told) && !(shape.schema->Id() == told.AsUTF8()))
-            findings_.Add({"record.schema", store,
-                           WhereOf(Text(entry.entry.identifier), "BaseSchema"),
-                           std::string("the schema is told as ") + told.AsUTF8() + " in place of " +
-                               Text(shape.schema->Id())});
+            findings_.Add(
+                {"record.schema", store,
+                 WhereOf(Text(entry.entry.identifier), fixed_property::kBaseSchema.data()),
+                 std::string("the schema is told as ") + told.AsUTF8() + " in place of " +
+                     Text(shape.schema->Id())});
     }
 }
 

@@ -22,7 +22,7 @@ public:
     byte* open_gap(std::uint64_t offset, std::uint64_t count) {
         return insert(offset, nullptr, count);
     }
-    /// The same, filled with `bytes`, which may lie in this array before `offset`.
+    /// The same, filled with `bytes`, which may lie in this array before `offset`; unset without.
     byte* insert(std::uint64_t offset, const byte* bytes, std::uint64_t count);
     /// Opens a gap of zeros.
     byte* open_zero_gap(std::uint64_t offset, std::uint64_t count);
