@@ -251,6 +251,14 @@ TEST_F(AssetDefinitionTest, AMissingDescriptionIsReportedAndEmptiesTheText) {
     EXPECT_STREQ(text.AsUTF8(), "fine  ");
 }
 
+TEST_F(AssetDefinitionTest, AnAssetWithoutTheDescriptionPropertyReportsTheSame) {
+    ASSERT_TRUE(definition.Group(PropertyTableImp::kIterationGroup).Remove("description"));
+    text.AssignUTF8("former");
+    EXPECT_FALSE(definition.GetDescription(text, noLocale));
+    EXPECT_STREQ(text.AsUTF8(), "");
+    EXPECT_EQ(reports.Take(), Lines{"error: No desctiption property on this asset."});
+}
+
 TEST_F(AssetDefinitionTest, HiddenIsABoolean) {
     EXPECT_FALSE(definition.IsHidden());
     As<IBooleanValue>(Find(definition, "Hidden")).SetValue(true);

@@ -91,6 +91,7 @@ TEST_F(Resources, AMissingFileAndAFolderGiveNothing) {
     EXPECT_TRUE(Add(host.Folder()).empty());
     EXPECT_TRUE(Add("jpk:?asset=/LIB/none.png").empty());
     EXPECT_TRUE(Add("").empty());
+    EXPECT_EQ(library->package->state("LIB/Resources").state, velmor::fs::state_not_found);
 }
 
 TEST_F(Resources, AFileUriNamesItsFile) {

@@ -105,7 +105,7 @@ TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
     EXPECT_EQ(graph.DepthOf(above), 4);
     EXPECT_EQ(graph.Steps(), 3U);
     EXPECT_EQ(graph.LeadingTo({&middle}),
-              (std::vector<const PropertyTableImp*>{&middle, &first, &own, &above}));
+              (std::vector<const PropertyTableImp*>{&first, &own, &above}));
 }
 
 // As a file of others may be: each of its records is loaded before the one that leads to it.
@@ -142,6 +142,30 @@ TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
     (*library)->FindRecord("Inner")->state = HalvernAsset::kChanged;
     ASSERT_EQ((*library)->FindRecord("Outer")->state, 0U);
     EXPECT_THROW((*library)->Save(), JpkFsErr);
+}
+
+// Both lead to a circle through the hub, which takes walks; the chain takes none.
+TEST(Saving, WhatWouldTakeTooManyWalksIsRefusedAmongTheChangedAndTakenAmongTheOthers) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
+        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
+    };
+    AssetDefinition& hub = AddPaint(*library, "Hub");
+    AssetDefinition& spoke = AddPaint(*library, "Spoke");
+    AssetDefinition& top = AddPaint(*library, "Top");
+    AssetDefinition& last = AddPaint(*library, "Last");
+    connect(hub, spoke);
+    connect(spoke, hub);
+    connect(top, last);
+    const std::vector<const PropertyTableImp*> tables = {&hub, &spoke, &top, &last};
+    EXPECT_FALSE(ReachTooDeep(tables, {&hub, &spoke, &top}, 2, 4));
+    EXPECT_TRUE(ReachTooDeep(tables, {&hub, &spoke, &top}, 1, 4));
+    EXPECT_TRUE(ReachTooDeep(tables, {&hub, &spoke}, 2, 1));
+    EXPECT_FALSE(ReachTooDeep(tables, {&hub}, 2, 1));
+    EXPECT_FALSE(ReachTooDeep(tables, {&top, &hub}, 2, 1));
+    EXPECT_FALSE(ReachTooDeep(tables, {&hub, &top}, 2, 1));
+    EXPECT_TRUE(ReachTooDeep(tables, {&last}, 0, 0));
 }
 
 TEST(Saving, FourThousandRecordsInCirclesThroughOneAreMeasuredAndSaved) {
@@ -235,6 +259,30 @@ TEST(Saving, AChangedRecordGetsNewBlocksAndItsOldChainServesTheNextRecordOfTheSa
     EXPECT_EQ((*library)->FindRecord("A")->instanceBlock, first);
     EXPECT_EQ((*library)->FindRecord("B")->instanceBlock, second);
     EXPECT_EQ((*library)->InstanceStore()->BlockCount(), 2U);
+}
+
+TEST(Saving, ARecordThatShrinksLeavesItsBlocksToTheNextOneOfTheSameSave) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    AssetDefinition& a = AddPaint(*library, "A");
+    AssetDefinition& b = AddPaint(*library, "B");
+    const std::string longer(400, 'x');
+    ASSERT_TRUE(SetText(a, "p_file", longer.c_str()));
+    library->SavedBytes();
+    const std::uint32_t was = (*library)->FindRecord("B")->instanceBlock;
+    const std::uint32_t blocks = (*library)->InstanceStore()->BlockCount();
+    ASSERT_EQ(blocks, 5U);
+    ASSERT_TRUE(SetText(a, "p_file", ""));
+    ASSERT_TRUE(SetText(b, "p_file", longer.c_str()));
+    (*library)->FindRecord("A")->state = 1;
+    (*library)->FindRecord("B")->state = 1;
+    const nuo::buffer<nuo::byte> bytes = library->SavedBytes();
+    EXPECT_EQ((*library)->InstanceStore()->BlockCount(), blocks);
+    EXPECT_NE((*library)->FindRecord("B")->instanceBlock, was);
+    library.reset();
+    TestLibrary again(host, bytes, false);
+    EXPECT_TRUE(again.Text("A", "p_file") == "");
+    EXPECT_TRUE(again.Text("B", "p_file") == longer.c_str());
 }
 
 TEST(Saving, APartThatBecomesShorterKeepsNothingOfWhatStoodThere) {
@@ -335,10 +383,22 @@ TEST(Saving, RecordsOfAnOlderMinorVersionAreAllRewritten) {
     EXPECT_EQ(again.Definition("Bitmap-001").GetRevision(), 90);
 }
 
+// A save that gives false writes no part: not even into the package, which nobody commits then.
+void ExpectNoPartWritten(TestLibrary& library) {
+    const std::vector<std::string> parts = {
+        "AssetData/AssetTableOfContents.bin", "AssetData/DefinitionIteratorProperties.bin",
+        "AssetData/InstanceProperties.bin", "AssetData/StreamVersionTable.inf"};
+    for (const std::string& part : parts)
+        library.Write(Folder(library) + "/" + part, "as it was");
+    EXPECT_FALSE(library->Save());
+    for (const std::string& part : parts)
+        EXPECT_EQ(library.Part(Folder(library) + "/" + part), "as it was") << part;
+}
+
 TEST(Saving, AStoreOfMajorVersionFourOpensAndIsNeverRewritten) {
     TestHost host;
     TestLibrary library(host, "instances-v4.jpk", true);
-    EXPECT_FALSE(library->Save());
+    ExpectNoPartWritten(library);
 }
 
 TEST(Saving, AListingStoreOfMajorVersionFourAloneOpensAndIsNeverRewritten) {
@@ -355,7 +415,7 @@ TEST(Saving, AListingStoreOfMajorVersionFourAloneOpensAndIsNeverRewritten) {
     }
     TestLibrary again(host, bytes, true);
     EXPECT_TRUE(again->Contains("Red"));
-    EXPECT_FALSE(again->Save());
+    ExpectNoPartWritten(again);
 }
 
 TEST(Saving, ATableOfContentsOfMajorVersionFourIsRefusedAsAnotherVersion) {
@@ -367,7 +427,7 @@ TEST(Saving, AReadOnlyLibraryIsNotSaved) {
     TestHost host;
     TestLibrary library(host, "starter-read-only.jpk", true);
     EXPECT_TRUE(library->ReadOnly());
-    EXPECT_FALSE(library->Save());
+    ExpectNoPartWritten(library);
 }
 
 TEST(Saving, TheReadOnlyMarkTakesEffectAfterTheSaveThatStoresIt) {

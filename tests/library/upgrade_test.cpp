@@ -6,11 +6,13 @@
 #include "package/package_files.h"
 #include "support.h"
 #include "support/filesizelimit.h"
+#include "support/raised.h"
 
 namespace korvanet::platform::assets {
 namespace {
 
 namespace fs = velmor::fs;
+using halvern_tests::Raised;
 using package_tests::Option;
 using package_tests::SetOption;
 
@@ -215,7 +217,7 @@ TEST(Upgrade, FoldersThatStandThereAlreadyAreRefused) {
     const PlainLegacy legacy(host);
     TestLibrary library(host, OldLibrary(host, "OLD"), true);
     ASSERT_EQ(fs::recursiveCreateDir(*library.package, "OLD/Schemas"), fs::er_ok);
-    EXPECT_THROW(library->UpgradeLegacyContent(), JpkFsErr);
+    EXPECT_EQ(Raised<JpkFsErr>([&] { library->UpgradeLegacyContent(); }), "");
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(LibraryFailures, AFileThatCannotBeMadeCarriesNoWords) {
 TEST_F(LibraryFailures, ADocumentThatDoesNotLoadGivesBackLockCopyAndScratch) {
     const std::string path = CopySample("bad-no-toc.jpk");
     for (const LibraryMode mode : {LibraryMode::kInPlace, LibraryMode::kCopy})
-        EXPECT_THROW(OpenIt(path, mode, true), std::exception);
+        EXPECT_EQ(Raised<assets::JpkFsErr>([&] { OpenIt(path, mode, true); }), "");
     EXPECT_THAT(NamesIn(Folder()), ElementsAre("bad-no-toc.jpk", "tmp"));
     EXPECT_THAT(NamesIn(PrivateFolders(TempFolder()).at(0)), ElementsAre(".copy"));
     EXPECT_THAT(NamesIn(PrivateFolders(TempFolder()).at(0) + "/.copy"), IsEmpty());

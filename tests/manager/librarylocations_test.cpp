@@ -65,17 +65,18 @@ TEST_F(Locations, LibrariesComeInTheOrderOfTheirYears) {
     Set(kAssets, L"2014", L"C:\\libs\\2014");
     Set(kAssets, L"2011", L"/libs/\x00E9t\x00E9");
     Set(kAssets, L"2013", L"");
+    Set(kAssets, L"2012", L"/libs/second");
     Set(kAssets, L"2010", L"/too/old");
     Set(kAssets, L"2015", L"/too/new");
-    EXPECT_EQ(ManagerOfRegistry().GetRegisteredLibraryCount(), 3u);
+    EXPECT_EQ(ManagerOfRegistry().GetRegisteredLibraryCount(), 4u);
     EXPECT_EQ(LibraryPath(0), "/libs/\xC3\xA9t\xC3\xA9");
-    EXPECT_EQ(LibraryPath(1), "");
-    EXPECT_EQ(LibraryPath(2), "C:/libs/2014");
-    EXPECT_EQ(LibraryPath(3), "none");
-    EXPECT_EQ(Version(0), 1);
-    EXPECT_EQ(Version(1), 3);
-    EXPECT_EQ(Version(2), 4);
-    EXPECT_EQ(Version(3), -1);
+    EXPECT_EQ(LibraryPath(1), "/libs/second");
+    EXPECT_EQ(LibraryPath(2), "");
+    EXPECT_EQ(LibraryPath(3), "C:/libs/2014");
+    EXPECT_EQ(LibraryPath(4), "none");
+    for (int index = 0; index < 4; ++index)
+        EXPECT_EQ(Version(static_cast<std::size_t>(index)), index + 1);
+    EXPECT_EQ(Version(4), -1);
     EXPECT_EQ(registry_.GetOpenKeyCount(), 0u);
 }
 
@@ -113,6 +114,21 @@ TEST_F(Locations, TheTextureLibraryOfTheHighestLevelCounts) {
     EXPECT_FALSE(Manager().IsTextureLibraryInstalled(2));
     EXPECT_FALSE(Manager().IsTextureLibraryInstalled(3));
     EXPECT_FALSE(Manager().IsTextureLibraryInstalled(-1));
+}
+
+TEST_F(Locations, EachOfTheThreeLevelsCanBeInstalledAlone) {
+    const wchar_t* const keys[] = {L"1", L"2", L"3"};
+    for (int level = 0; level < 3; ++level) {
+        core::MemoryRegistry registry;
+        registry.SetString((std::wstring(kTextures) + keys[level]).c_str(), L"LibraryPaths",
+                           L"/textures");
+        core::SetRegistry(&registry);
+        EXPECT_EQ(TexturePath(), "/textures");
+        for (int asked = 0; asked < 3; ++asked)
+            EXPECT_EQ(Manager().IsTextureLibraryInstalled(asked), asked == level) << level << asked;
+        EndManager();
+        core::SetRegistry(nullptr);
+    }
 }
 
 TEST_F(Locations, OpeningALibraryAddsTheTextureLibraryToTheSearchPaths) {

@@ -269,6 +269,9 @@ TEST_F(Opening, AskingAFileThatIsNoLibraryForItsUpgradeRaises) {
     EXPECT_THROW(
         Manager().IsLibraryUpgradeRequired(core::UTF8String(CopySample("bad-text.jpk").c_str())),
         std::exception);
+    EXPECT_THROW(
+        Manager().IsLibraryUpgradeRequired(core::UTF8String(CopySample("bad-no-toc.jpk").c_str())),
+        assets::JpkFsErr);
     EXPECT_THROW(Manager().IsLibraryUpgradeRequired(core::UTF8String(Path("missing.jpk").c_str())),
                  std::exception);
 }

@@ -139,6 +139,8 @@ TEST_F(Resolving, ANameThatOnlyAResolverKnowsIsLookedForOnTheDiskFirst) {
     EXPECT_EQ(Resolve("known.png"), "/found/by/the/host");
     EXPECT_THAT(asked, ElementsAre("other known.png", "finder known.png"));
     asked.clear();
+    // All search paths come before any resolver.
+    EXPECT_TRUE(Add(Path("two")) && Add(Path("three")));
     MakeFile("one/known.png");
     EXPECT_EQ(Resolve("known.png"), Path("one/known.png"));
     EXPECT_EQ(Resolve(Path("one/known.png")), Path("one/known.png"));

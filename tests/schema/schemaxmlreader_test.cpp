@@ -104,6 +104,14 @@ TEST_F(SchemaXmlReaderTest, BoundsHaveTheLimitsThatAreThere) {
     EXPECT_EQ(both.GetIncrementSize(), 0.05);
     EXPECT_TRUE(both.MinimumIsInclusive());
     EXPECT_FALSE(both.MaximumIsInclusive());
+
+    const KRVTBounds& odd = BoundsOf(
+        "<Bounds percentage='yes' minimum='-2' maximum='3' minimumisinclusive='yes'"
+        " maximumisinclusive='true'/>");
+    EXPECT_FALSE(odd.IsPercentage());
+    EXPECT_EQ(odd.GetMinimum(), -2.0);
+    EXPECT_FALSE(odd.MinimumIsInclusive());
+    EXPECT_TRUE(odd.MaximumIsInclusive());
 }
 
 TEST_F(SchemaXmlReaderTest, ALimitThatIsNoNumberIs0) {

@@ -50,6 +50,22 @@ TEST_F(SchemaXmlWriterTest, WritesDirectivesPropertiesAndAliasesInTheirOrder) {
               "</AssetSchema>");
 }
 
+TEST_F(SchemaXmlWriterTest, AnExclusiveMinimumIsWritten) {
+    EXPECT_EQ(Written("<Integer id='p' val='7'><Bounds minimum='5' minimumisinclusive='no'/>"
+                      "</Integer>"),
+              "<Integer id=\"p\" val=\"7\" label=\"p\">\n<Bounds percentage=\"false\""
+              " incrementsize=\"1\" minimum=\"5\" minimumisinclusive=\"false\">\n</Bounds>"
+              "</Integer>");
+}
+
+TEST_F(SchemaXmlWriterTest, AKindThatTheGrammarDoesNotKnowWritesNothing) {
+    KRVTSchemaDefinition& schema = ReadElements("<UID val='S'/><Float id='p' val='1'/>");
+    const nuo::string before = WriteSchemaXml(schema);
+    schema.AddProperty(
+        MakeProperty(schema.Context(), ValueClass::kUnSpecifiedValue, "a", "", kPublic));
+    EXPECT_EQ(Str(WriteSchemaXml(schema)), Str(before));
+}
+
 TEST_F(SchemaXmlWriterTest, ASchemaWithoutIdWritesNothing) {
     EXPECT_EQ(Str(WriteSchemaXml(ReadElements("<Float id='p'/>"))), "");
 }

@@ -1,6 +1,7 @@
 #include "tests/support/child.h"
 
 #include <grp.h>
+#include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
 #include <sys/mount.h>

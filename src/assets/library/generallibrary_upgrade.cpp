@@ -15,8 +15,7 @@ bool GeneralLibrary::UpgradeLegacyContent() {
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
                     nuo::any(option_value{"uuid", identifier_}));
     for (const nuo::string_ref folder : {kAssetDataFolder, kSchemasFolder})
-        if (package_.state(Path(folder)).state != fs::state_not_found)
-            NUO_RAISE(JpkFsErr, Path(folder));
+        if (package_.state(Path(folder)).state != fs::state_not_found) NUO_RAISE(JpkFsErr);
     Former former{layout_, embed_option_, uncommitted_save_, {}};
     layout_ = Layout::kCurrent;
     // A save by this option would write the older layout, which is about to be removed.
