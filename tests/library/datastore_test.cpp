@@ -99,6 +99,28 @@ TEST(DataStore, EmptyArchiveTakesSixteenBytesAndItsHeaderWithTheFirstFlush) {
     EXPECT_EQ(store.Content(), Header(136, kNone, kNone, 0));
 }
 
+TEST(DataStore, ReadsARecordWholeAndAsOftenAsItsOwnReaderLikes) {
+    Store store;
+    const std::uint32_t id = store.Add(130, 'b');
+    const int reader = 0;
+    for (int time = 0; time < 20000; ++time)
+        ASSERT_EQ(store->ReadAll(id, &reader).size(), 130u);
+    const auto bytes = store->ReadAll(id, &reader);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), std::string(130, 'b'));
+}
+
+// The allowance is 16 times the two blocks and a mebibyte of others.
+TEST(DataStore, WhatManyReadersShareIsLimitedAndTheFirstOneReadsOn) {
+    Store store;
+    const std::uint32_t id = store.Add(130, 'b');
+    const std::vector<char> readers(2 + 16 + 4096);
+    for (std::size_t reader = 0; reader + 1 < readers.size(); ++reader)
+        ASSERT_EQ(store->ReadAll(id, &readers[reader]).size(), 130u) << reader;
+    EXPECT_EQ(Failure([&] { store->ReadAll(id, &readers.back()); }),
+              "too many records share blocks");
+    EXPECT_EQ(store->ReadAll(id, &readers[0]).size(), 130u);
+}
+
 TEST(DataStore, WritesTheseBytes) {
     Store store;
     store.Add(3, 'a');

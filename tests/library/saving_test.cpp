@@ -56,6 +56,19 @@ TEST(Saving, AFolderWithoutAnEntryOfItsOwnIsMade) {
     EXPECT_NE(library.Part("LIB/Schemas/PaintSchema.xml"), "");
 }
 
+TEST(Saving, AFolderWithoutAnIdentifierGetsThatOfTheLibrary) {
+    TestHost host;
+    TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});
+    library.SavedBytes();
+    ASSERT_TRUE(library.zip->remove("LIB/core.xml") == velmor::fs::er_ok);
+    library.zip->commit();
+    const nuo::buffer<nuo::byte> bytes = library.archive.get_buffer();
+    TestLibrary again(host, bytes, true);
+    ASSERT_EQ(Option(*again.package, kPackageOption, "LIB", "identifier"), "none");
+    again.SavedBytes();
+    EXPECT_EQ(Option(*again.package, kPackageOption, "LIB", "identifier"), "uuid:LIB");
+}
+
 TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
     TestHost host;
     auto library = MakePaintLibrary(host);

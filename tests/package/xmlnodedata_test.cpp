@@ -1,11 +1,15 @@
 #include "assets/package/xmlnodedata.h"
 
+#include "assets/package/packageerrors.h"
 #include "io/memory_source.h"
 #include "package/package_files.h"
+#include "tests/support/raised.h"
 
 namespace {
 
 using halvern_tests::MemorySource;
+using halvern_tests::Raised;
+using korvanet::platform::assets::JpkFsErr;
 using korvanet::platform::assets::PackageFolder;
 using korvanet::platform::assets::ParseXml;
 using korvanet::platform::assets::PropertyMap;
@@ -18,7 +22,9 @@ using package_tests::kLinksTail;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-void Read(XmlNodeData receiver, const std::string& document) {
+template <class Target>
+void Read(Target& target, const std::string& document, std::uint64_t count = 0) {
+    XmlNodeData receiver(target, count);
     XmlDriverState driver(receiver);
     MemorySource source(document);
     ParseXml(driver, source.archive());
@@ -35,7 +41,7 @@ std::vector<std::string> Listed(const PropertyMap& elements) {
 
 std::vector<std::string> NodeOf(const std::string& document) {
     PropertyMap node;
-    Read(XmlNodeData(node), document);
+    Read(node, document);
     return Listed(node);
 }
 
@@ -49,11 +55,11 @@ TEST(XmlNodeData, ReadsTheElementsOfANodeSortedByTypeAndName) {
 
 TEST(XmlNodeData, ReadsTheElementsOfEachLink) {
     PackageFolder links;
-    Read(XmlNodeData(links), kLinksHead +
-                                 "<link name=\"R\"><string name=\"name\">R</string></link>"
-                                 "<link name=\"a&amp;b\" class=\"c\"><bool name=\"x\">1</bool>"
-                                 "</link>" +
-                                 kLinksTail);
+    Read(links, kLinksHead +
+                    "<link name=\"R\"><string name=\"name\">R</string></link>"
+                    "<link name=\"a&amp;b\" class=\"c\"><bool name=\"x\">1</bool>"
+                    "</link>" +
+                    kLinksTail);
     ASSERT_EQ(links.size(), 2U);
     EXPECT_THAT(Listed(links.at("R").properties), ElementsAre("string/name=R"));
     EXPECT_THAT(Listed(links.at("a&b").properties), ElementsAre("bool/x=1"));
@@ -62,10 +68,10 @@ TEST(XmlNodeData, ReadsTheElementsOfEachLink) {
 
 TEST(XmlNodeData, TakesTwoLinksOfOneNameAsOneChild) {
     PackageFolder links;
-    Read(XmlNodeData(links), kLinksHead +
-                                 "<link name=\"a\"><s name=\"v\">1</s><s name=\"w\">1</s></link>"
-                                 "<link name=\"a\"><s name=\"v\">2</s></link>" +
-                                 kLinksTail);
+    Read(links, kLinksHead +
+                    "<link name=\"a\"><s name=\"v\">1</s><s name=\"w\">1</s></link>"
+                    "<link name=\"a\"><s name=\"v\">2</s></link>" +
+                    kLinksTail);
     ASSERT_EQ(links.size(), 1U);
     EXPECT_THAT(Listed(links.at("a").properties), ElementsAre("s/v=2", "s/w=1"));
 }
@@ -106,14 +112,23 @@ TEST(XmlNodeData, TakesNoLinksFromACorePartAndNoNodesFromALinksPart) {
     EXPECT_THAT(NodeOf("<root><group><link name=\"R\"><s name=\"v\">1</s></link></group></root>"),
                 IsEmpty());
     PackageFolder links;
-    Read(XmlNodeData(links),
-         "<root><group><node name=\"R\"><s name=\"v\">1</s></node></group></root>");
+    Read(links, "<root><group><node name=\"R\"><s name=\"v\">1</s></node></group></root>");
     EXPECT_TRUE(links.empty());
 }
 
 TEST(XmlNodeData, TakesNothingFromPlacesOfAnotherDepth) {
     EXPECT_THAT(NodeOf("<root><node><s name=\"v\">1</s></node></root>"), IsEmpty());
     EXPECT_THAT(NodeOf("<root><g><g><node><s name=\"v\">1</s></node></g></g></root>"), IsEmpty());
+}
+
+TEST(XmlNodeData, EndsWhereAPackageHoldsTooMuch) {
+    const std::string one =
+        kLinksHead + R"(<link name="a"><string name="b">c</string></link>)" + kLinksTail;
+    PackageFolder links;
+    Read(links, one, XmlNodeData::kMostElements - 2);
+    EXPECT_EQ(links.size(), 1U);
+    EXPECT_EQ(Raised<JpkFsErr>([&] { Read(links, one, XmlNodeData::kMostElements - 1); }), "");
+    EXPECT_EQ(Raised<JpkFsErr>([&] { Read(links, one, XmlNodeData::kMostElements); }), "");
 }
 
 }  // namespace

@@ -13,7 +13,11 @@ namespace {
 using nuo::archive::get_random;
 using nuo::archive::get_reader;
 
-nuo::buffer<nuo::byte> ReadAll(nuo::archive::iarchive& source) {
+// Chosen: far above what the damage of honest stores makes records share.
+constexpr std::uint64_t kMostSharing = 16;
+constexpr std::uint64_t kSharedAnyway = (1U << 20) / kBlockData;
+
+nuo::buffer<nuo::byte> BytesOf(nuo::archive::iarchive& source) {
     constexpr std::uint64_t kStep = 64 * 1024;
     nuo::archive::reader* reader = get_reader(source);
     if (reader == nullptr) NUO_RAISE(bad_datastore, "the archive can't be read");
@@ -38,7 +42,7 @@ bool OneIsMissing(const StoreHeader& header) {
 }  // namespace
 
 DataStore::DataStore(nuo::archive::iarchive& source)
-    : file_(nuo::archive::make_archive<nuo::archive::mem_read_write_archive>(ReadAll(source))) {
+    : file_(nuo::archive::make_archive<nuo::archive::mem_read_write_archive>(BytesOf(source))) {
     OpenFile();
 }
 
@@ -121,6 +125,28 @@ DataRecord DataStore::Open(std::uint32_t id) {
     if (!file_.ReadBlockHeader(id, header) || header.head != 1 || header.used > kBlockData)
         NUO_RAISE(bad_datastore, kBadRecordId);
     return DataRecord(*this, id);
+}
+
+nuo::buffer<nuo::byte> DataStore::ReadAll(std::uint32_t id, const void* reader) {
+    DataRecord record = Open(id);
+    CountShared(id, reader);
+    nuo::buffer<nuo::byte> bytes;
+    bytes.resize(record.Size());
+    if (record.Read({bytes.begin(), bytes.end()}) != bytes.end())
+        NUO_RAISE(nuo::archive::read_failed);
+    return bytes;
+}
+
+void DataStore::CountShared(std::uint32_t id, const void* reader) {
+    const std::uint64_t blocks = file_.LongestChain();
+    if (readers_.size() < blocks) readers_.resize(blocks);
+    BlockChain chain(file_, id, kBadRecordId);
+    do {
+        const void*& first = readers_[chain.Id()];
+        if (first == nullptr) first = reader;
+        if (first != reader && ++shared_blocks_ > kMostSharing * blocks + kSharedAnyway)
+            NUO_RAISE(bad_datastore, "too many records share blocks");
+    } while (chain.Next());
 }
 
 void DataStore::Free(std::uint32_t id) {

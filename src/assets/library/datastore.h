@@ -6,6 +6,7 @@
 #include "assets/library/blockfile.h"
 #include "assets/library/blockruns.h"
 #include "assets/library/datarecord.h"
+#include "nuo/common/buffer.h"
 #include "nuo/common/iarchive.h"
 
 namespace korvanet::platform::assets {
@@ -36,6 +37,11 @@ public:
     DataRecord Allocate(std::uint32_t size);
     // Raises bad_datastore when no record begins at the block.
     DataRecord Open(std::uint32_t id);
+    // All bytes of a record; read_failed where the file ends within its last block. `reader` stands
+    // for whom they are read for. In a damaged store any number of these may share a block: what is
+    // read of blocks that were read for another one before is limited to 16 times the store and a
+    // mebibyte, bad_datastore beyond, so that a small file cannot fill the memory.
+    nuo::buffer<nuo::byte> ReadAll(std::uint32_t id, const void* reader);
     // Gives the blocks of a record back. Until Flush they can still be opened. A damaged chain is
     // followed up to the first block that is free already or past the end.
     void Free(std::uint32_t id);
@@ -55,6 +61,7 @@ private:
     friend class DataRecord;
 
     void OpenFile();
+    void CountShared(std::uint32_t id, const void* reader);
     void CheckHeader(const StoreHeader& header) const;
     void ReadFreeChain(std::uint32_t first);
     std::uint32_t AppendBlocks(std::uint32_t count);
@@ -62,6 +69,9 @@ private:
 
     BlockFile file_;
     BlockRuns free_;
+    // Of each block whom it was read for first.
+    std::vector<const void*> readers_;
+    std::uint64_t shared_blocks_ = 0;
 };
 
 }  // namespace korvanet::platform::assets

@@ -214,6 +214,9 @@ private:
     void LoadSchemaPart(nuo::string_ref name);
     void ReadContents();
     void ReadOptions();
+    // Tells the identifier in the package's description of the folder of the library.
+    void NameFolder();
+    bool FolderIsNamed() const;
     void MakeFolders();
     void MakeFolder(nuo::string_ref path);
     bool HasBlocks() const;

@@ -104,9 +104,17 @@ void GeneralLibrary::Create(nuo::string_ref identifier, std::uint32_t options) {
             OpenForRewrite(fs::joinPath(folder, part));
         return;
     }
+    NameFolder();
+    ReopenStores(true);
+}
+
+void GeneralLibrary::NameFolder() {
     package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
                     nuo::any(option_value{"uuid", identifier_}));
-    ReopenStores(true);
+}
+
+bool GeneralLibrary::FolderIsNamed() const {
+    return !Option(package_, identifier_, "identifier").empty();
 }
 
 void GeneralLibrary::MakeScratchFolder() {

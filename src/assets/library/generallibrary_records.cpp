@@ -43,14 +43,10 @@ private:
     int& depth_;
 };
 
-nuo::buffer<nuo::byte> ReadChain(DataStore* store, std::uint32_t block) {
+nuo::buffer<nuo::byte> ReadChain(DataStore* store, const HalvernAsset& record,
+                                 std::uint32_t HalvernAsset::*block) {
     if (store == nullptr) NUO_RAISE(JpkFsErr);  // a reopening that failed has left it closed
-    DataRecord record = store->Open(block);
-    nuo::buffer<nuo::byte> bytes;
-    bytes.resize(record.Size());
-    const nuo::byte* const filled = record.Read({bytes.begin(), bytes.end()});
-    if (filled != bytes.end()) NUO_RAISE(nuo::archive::read_failed);
-    return bytes;
+    return store->ReadAll(record.*block, &record);
 }
 
 }  // namespace
@@ -139,7 +135,8 @@ PropertyTableImp& GeneralLibrary::MakeTable(HalvernAsset& record, KRVTSchemaDefi
 
 PropertyTableImp& GeneralLibrary::EnsureTable(HalvernAsset& record) {
     if (record.table != nullptr) return *record.table;
-    const nuo::buffer<nuo::byte> bytes = ReadChain(instance_store_.get(), record.instanceBlock);
+    const nuo::buffer<nuo::byte> bytes =
+        ReadChain(instance_store_.get(), record, &HalvernAsset::instanceBlock);
     nuo::archive::buffer_in in(bytes);
     const RecordHeader header = ReadRecordHeader(in, form_);
     // The library's own counts also while it waits for its base: a namesake of the shared set would
@@ -162,8 +159,8 @@ void GeneralLibrary::ReadGroup(HalvernAsset& record, std::size_t group) {
     const auto& schema = static_cast<const KRVTSchemaDefinition&>(*table.Base());
     table.TakeGroup(group, schema);
     const nuo::buffer<nuo::byte> bytes =
-        ReadChain((listing ? definition_store_ : instance_store_).get(),
-                  listing ? record.definitionBlock : record.instanceBlock);
+        listing ? ReadChain(definition_store_.get(), record, &HalvernAsset::definitionBlock)
+                : ReadChain(instance_store_.get(), record, &HalvernAsset::instanceBlock);
     nuo::archive::buffer_in in(bytes);
     if (!listing) ReadRecordHeader(in, form_);
     const LibraryConnectionCodec codec(*this);

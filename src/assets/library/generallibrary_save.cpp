@@ -66,6 +66,8 @@ bool GeneralLibrary::Save() {
     SchemaTexts schema_texts;
     if (!BringSchemasUpToDate(schema_texts)) return false;
     uncommitted_save_ = true;
+    // A folder without one would get a fresh identifier, which is not the library's.
+    if (!FolderIsNamed()) NameFolder();
     MarkOldForms();
     SeparateRecords();
     ForEachRecord([this](HalvernAsset& record) {

@@ -12,8 +12,7 @@ namespace fs = velmor::fs;
 // Without a save the new layout would hold nothing, and the caller is about to remove the old one.
 bool GeneralLibrary::UpgradeLegacyContent() {
     if (read_only_) return false;
-    package_.setopt(kPackageOption, nuo::any(option_key{identifier_, "identifier"}),
-                    nuo::any(option_value{"uuid", identifier_}));
+    NameFolder();
     for (const nuo::string_ref folder : {kAssetDataFolder, kSchemasFolder})
         if (package_.state(Path(folder)).state != fs::state_not_found) NUO_RAISE(JpkFsErr);
     Former former{layout_, embed_option_, uncommitted_save_, {}};

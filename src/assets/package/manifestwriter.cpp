@@ -1,5 +1,7 @@
 #include "assets/package/manifestwriter.h"
 
+#include <algorithm>
+
 #include "assets/package/manifestwords.h"
 #include "assets/serialization/io/xmlescape.h"
 
@@ -101,10 +103,11 @@ bool CanLinkFile(nuo::string_ref name) {
 }
 
 bool CanLinkFolder(nuo::string_ref name) {
-    const bool breaks_the_tag = name.find('&') != nuo::string_ref::npos ||
-                                name.find('<') != nuo::string_ref::npos ||
-                                name.find('"') != nuo::string_ref::npos;
-    return !breaks_the_tag && IsXmlText(name);
+    // It is written raw: these would break the tag, or be read back as others.
+    constexpr nuo::string_ref kOthers{"&<\"\t\n\r"};
+    const bool is_raw = std::none_of(
+        name.begin(), name.end(), [&](char c) { return kOthers.find(c) != nuo::string_ref::npos; });
+    return is_raw && IsXmlText(name);
 }
 
 LinksText::LinksText() {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "assets/package/packageerrors.h"
+
 namespace korvanet::platform::assets {
 namespace {
 
@@ -42,8 +44,13 @@ void XmlNodeData::OnStart(std::size_t depth, const nuo::string& name,
     }
 }
 
+void XmlNodeData::Count() {
+    if (++count_ > kMostElements) NUO_RAISE(JpkFsErr);
+}
+
 void XmlNodeData::OpenContainer(const nuo::string& name, const XmlAttributes& attributes) {
     if (links_ != nullptr && name == "link") {
+        Count();
         const nuo::string child = NameAttribute(attributes);
         open_ = &links_->try_emplace(child, child).first->second.properties;
     } else if (node_ != nullptr && name == "node" && group_ != "qmx") {
@@ -56,6 +63,7 @@ void XmlNodeData::OnEnd(std::size_t depth, const nuo::string& name) {
     if (depth == kContainerDepth) {
         open_ = nullptr;
     } else if (depth == kElementDepth && open_ != nullptr) {
+        Count();
         open_->Set({name, element_name_}, nuo::string(text_));
     }
 }

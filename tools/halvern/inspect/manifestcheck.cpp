@@ -1,12 +1,12 @@
 #include "inspect/manifestcheck.h"
 
 #include <map>
-#include <set>
 
 #include "assets/package/contenttype.h"
 #include "assets/package/jpkfs.h"
 #include "assets/package/manifestwords.h"
 #include "assets/package/manifestwriter.h"
+#include "assets/package/packageerrors.h"
 #include "assets/package/packagepath.h"
 #include "assets/package/xmlnodedata.h"
 #include "assets/serialization/io/xmlhandler.h"
@@ -68,19 +68,29 @@ private:
             return false;
         XmlDriverState driver(callback);
         const auto part = parts_.Open(path);
-        return part && ParseXml(driver, *part);
+        try {
+            return part && ParseXml(driver, *part);
+        } catch (const nuo::context_exception<JpkFsErr>&) {
+            findings_.AddClosing(
+                {"limit", path, "", "the package holds more links and elements than can be read"});
+            return false;
+        }
     }
+
+    // Files and folders by name, and whether links can name them.
+    using Children = std::map<std::string, bool>;
 
     void CheckFolder(const std::string& folder) {
         const std::string prefix = folder.empty() ? "" : folder + "/";
-        std::set<std::string> children;
+        Children children;
         for (const std::string& file : parts_.Files(folder)) {
             if (!IsUserPath(Ref(file))) continue;
-            children.insert(file);
+            children.emplace(file, CanLinkFile(Ref(file)));
             TakeExtension(file, prefix + file);
         }
         const std::vector<std::string> folders = parts_.Folders(folder);
-        children.insert(folders.begin(), folders.end());
+        for (const std::string& name : folders)
+            children.emplace(name, CanLinkFolder(Ref(name)));
         CheckLinks(prefix + kLinksPart, children);
         CheckNode(folder, prefix + kCorePart);
         for (const std::string& below : folders)
@@ -88,14 +98,15 @@ private:
     }
 
     void TakeExtension(const std::string& file, const std::string& path) {
+        if (!CanLinkFile(Ref(file))) return;
         const auto dot = file.rfind('.');
         if (dot != std::string::npos && dot + 1 != file.size())
             extensions_.emplace(file.substr(dot + 1), path);
     }
 
-    void CheckLinks(const std::string& path, const std::set<std::string>& children) {
+    void CheckLinks(const std::string& path, const Children& children) {
         PackageFolder links;
-        XmlNodeData reader(links);
+        XmlNodeData reader(links, count_);
         if (!Parse(path, reader, true)) return;
         for (const auto& [name, entry] : links) {
             if (children.contains(Text(name)))
@@ -104,15 +115,15 @@ private:
                 findings_.Add({"package.links", path, "link " + Text(name),
                                "a link names a part that is not there"});
         }
-        for (const std::string& child : children)
-            if (links.find(nuo::string_ref(child)) == links.end())
+        for (const auto& [child, can_be_linked] : children)
+            if (can_be_linked && links.find(nuo::string_ref(child)) == links.end())
                 findings_.Add(
                     {"package.links", path, "link " + child, "the link of a part is missing"});
     }
 
     void CheckNode(const std::string& folder, const std::string& path) {
         PropertyMap node;
-        XmlNodeData reader(node);
+        XmlNodeData reader(node, count_);
         if (!Parse(path, reader, true) || folder.empty()) return;
         CheckName(path, "element name", node, folder.substr(folder.rfind('/') + 1));
         if (folder != parts_.Identifier()) return;
@@ -170,6 +181,7 @@ private:
     Findings& findings_;
     // The first file of each extension.
     std::map<std::string, std::string> extensions_;
+    std::uint64_t count_ = 0;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include <korvanet/platform/assets/reportsink.h>
 
@@ -78,15 +79,23 @@ nuo::string StemOf(const std::string& name) {
                : nuo::string(file);
 }
 
-// Whether a schema comes again among its bases.
-bool LeadsBack(const std::map<nuo::string, nuo::string, nuo::string_less>& base_of,
-               const nuo::string& id) {
-    auto at = base_of.find(id);
-    for (std::size_t steps = 0; at != base_of.end() && steps < base_of.size(); ++steps) {
-        if (at->second == id) return true;
-        at = base_of.find(at->second);
+using BaseOf = std::map<nuo::string, nuo::string, nuo::string_less>;
+
+// The schemas that come again among their bases, in one pass: each has one base.
+std::set<nuo::string, nuo::string_less> InCircles(const BaseOf& base_of) {
+    std::map<nuo::string, std::size_t, nuo::string_less> walk_of;
+    std::set<nuo::string, nuo::string_less> circles;
+    std::size_t walk = 0;
+    for (auto start = base_of.begin(); start != base_of.end(); ++start) {
+        ++walk;
+        auto at = start;
+        while (at != base_of.end() && walk_of.emplace(at->first, walk).second)
+            at = base_of.find(at->second);
+        if (at == base_of.end() || walk_of[at->first] != walk) continue;
+        for (; circles.insert(at->first).second;)
+            at = base_of.find(at->second);
     }
-    return false;
+    return circles;
 }
 
 std::vector<SchemaShape::Item> ItemsOf(const RecordLayout& layout, std::size_t group,
@@ -182,13 +191,14 @@ void SchemaCheck::CheckProperties(PackageParts& parts, const std::string& path,
 
 // A schema whose base is broken itself says nothing new.
 void SchemaCheck::FindPending(Findings& findings) {
-    std::map<nuo::string, nuo::string, nuo::string_less> base_of;
+    BaseOf base_of;
     for (const auto& [path, schema] : loaded_)
         if (schemas_->IsPending(schema->Id())) base_of.emplace(schema->Id(), schema->BaseId());
+    const auto circles = InCircles(base_of);
     for (const auto& [path, schema] : loaded_) {
         if (base_of.count(schema->Id()) == 0) continue;
         const nuo::string base = schema->BaseId();
-        if (LeadsBack(base_of, schema->Id()))
+        if (circles.contains(schema->Id()))
             findings.Add({"schema.base", path, "", "the bases of the schema run in a circle"});
         else if (!broken_.contains(base) && base_of.count(base) == 0)
             findings.Add({"schema.base", path, "",

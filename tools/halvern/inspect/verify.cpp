@@ -40,6 +40,12 @@ public:
                                   "the package holds no folder, which would be the library"});
             return;
         }
+        if (parts_.Identifier() == "." || parts_.Identifier() == "..") {
+            findings_.AddClosing({"package.identifier", "", "",
+                                  "the folder of the library is named " + parts_.Identifier() +
+                                      ", which means another"});
+            return;
+        }
         if (parts_.IsLegacy()) {
             CheckLegacy();
             return;
