@@ -1,4 +1,5 @@
 #include "valuetext.h"
+#include "reportlog.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,22 @@ TEST(Json, HasTheShortestNumbersThatReadBack) {
 TEST(Json, ReplacesBytesThatAreNoText) {
     EXPECT_EQ(JsonText({{"a", "x\xFFy"}, {"b", {1, 2.5, true, nullptr}}}),
               "{\"a\": \"x\xEF\xBF\xBDy\", \"b\": [1, 2.5, true, null]}");
+}
+
+TEST(ReportLog, KeepsTheLastWordsWithoutTheirPlaceInTheSource) {
+    ReportLog log;
+    EXPECT_EQ(log.LastOr("nothing"), "nothing");
+    log.Warning(core::WideString(L"a (first) warning"), 0, 0);
+    EXPECT_EQ(log.LastOr(""), "a (first) warning");
+    EXPECT_EQ(log.WhyOr("cause", ""), "cause");
+    log.Error(core::WideString(L"src/a/b.cpp(104)bad data (1)"), 0, 0);
+    EXPECT_EQ(log.WhyOr("", ""), "bad data (1)");
+    log.Error(core::WideString(L"src/a/b.cpp(7)"), 0, 0);
+    EXPECT_EQ(log.LastOr(""), "bad data (1)");
+    log.Error(core::WideString(L"b.cpp(seven)"), 0, 0);
+    EXPECT_EQ(log.LastOr(""), "b.cpp(seven)");
+    log.Forget();
+    EXPECT_EQ(log.LastOr("nothing"), "nothing");
 }
 
 }  // namespace

@@ -301,7 +301,71 @@ TEST_F(Writing, AFolderInThePlaceOfAValueIsRefused) {
     const std::string source =
         json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
     ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@/tmp"}, 3,
-                  "the file /tmp cannot be read");
+                  "/tmp is a folder and no file");
+    ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@none"}, 3,
+                  "the file none cannot be read: No such file or directory");
+    ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@"}, 3,
+                  "the name of a file is empty");
+}
+
+TEST_F(Writing, WhatIsNoRegularFileIsRefusedAtOnce) {
+    ASSERT_EQ(::mkfifo(folder_.Path("pipe").c_str(), 0600), 0);
+    for (const char* verb : {"remove", "list"}) {
+        std::vector<std::string> arguments{verb, "pipe"};
+        if (std::string(verb) == "remove") arguments.push_back("x");
+        const Ran ran = Run(arguments);
+        EXPECT_EQ(ran.status, 3);
+        EXPECT_EQ(ran.err, "halvern: pipe: this is no regular file\n");
+    }
+    const Ran folder = Run({"remove", ".", "x"});
+    EXPECT_EQ(folder.status, 3);
+    EXPECT_EQ(folder.err, "halvern: .: this is a folder and no file\n");
+    EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "pipe"}));
+}
+
+// Nobody reads what the verb would print, and the change stands.
+TEST_F(Writing, AClosedPipeTakesNoSavedChangeBack) {
+    Running adding({"add", "a.jpk", "GenericSchema", "made"}, folder_.Path());
+    adding.CloseOutput();
+    EXPECT_EQ(adding.Wait().status, 0);
+    EXPECT_EQ(Run({"show", "a.jpk", "made"}).status, 0);
+    Running full({"add", "a.jpk", "GenericSchema", "more"}, folder_.Path(), {.full_output = true});
+    const Ran ran = full.Wait();
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err,
+              "halvern: a.jpk: the file is saved, but standard output cannot be written: No space "
+              "left on device\n");
+    EXPECT_EQ(Run({"show", "a.jpk", "more"}).status, 0);
+}
+
+TEST_F(Writing, TextsThatAreNoUtf8AreWrongUsage) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"add", "a.jpk", "GenericSchema", "id\xFF"},
+          {"add", "a.jpk", "GenericSchema", "id", "--name", "\xC3"},
+          {"add", "a.jpk", "GenericSchema", "id", "--set", "UIName=\x80"},
+          {"create", "b.jpk", "--id", "\xFE"}})
+        EXPECT_EQ(Run(arguments).status, 2);
+    EXPECT_TRUE(ReadFile(File()) == before_);
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
+}
+
+TEST_F(Writing, ASystemLibraryOfTheSameIdentifierIsNamedAsTheCause) {
+    ExpectRefused({"add", "a.jpk", "GenericSchema", "id", "--system", DataFile("starter.jpk")}, 3,
+                  "the system library has the identifier of this one");
+}
+
+// What a damaged library is not written for is what it is not read for.
+TEST_F(Writing, TheDamageOfALibraryIsToldByWritingVerbsToo) {
+    SampleFile sample("starter.jpk");
+    sample.Part("cnx.xml") = "<root>";
+    before_ = sample.Bytes();
+    WriteFile(File(), before_);
+    const Ran listed = Run({"list", "a.jpk"});
+    ASSERT_EQ(listed.status, 3);
+    const Ran ran = Run({"remove", "a.jpk", "Bitmap-001"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, listed.err);
+    EXPECT_EQ(ran.err.find(".cpp("), std::string::npos);
 }
 
 TEST_F(Writing, ALibraryInALinkedFolderIsWritten) {
@@ -448,8 +512,7 @@ TEST_F(Writing, ALibraryIsNotCreatedFromAFolderWithoutSchemas) {
 TEST_F(Writing, ALibraryIsNotCreatedInAFolderThatIsNotThere) {
     const Ran ran = Run({"create", "none/new.jpk"});
     EXPECT_EQ(ran.status, 3);
-    EXPECT_EQ(ran.err, "halvern: none/new.jpk: the lock file " + folder_.Path("none/new.jpk.lck") +
-                           " cannot be made: No such file or directory\n");
+    EXPECT_EQ(ran.err, "halvern: none/new.jpk: there is no folder " + folder_.Path("none") + "\n");
     EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
 }
 

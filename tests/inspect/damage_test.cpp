@@ -6,7 +6,10 @@
 #include <functional>
 
 #include "inspect/verifying.h"
+#include "nuo/common/buffer_archive.h"
 #include "tests/support/paths.h"
+#include "velmor/vfs/in_memory_fs.h"
+#include "velmor/vfs/zip.h"
 
 namespace halvern::inspect {
 namespace {
@@ -285,6 +288,55 @@ TEST_F(Damage, OfSchemasThatAreEachOthersBases) {
     EXPECT_EQ(FindingsIn(sample_.Bytes()),
               (Expected{{"schema.base", Path("Schemas/GenericSchema.xml"), "", words},
                         {"schema.base", Path("Schemas/UnifiedBitmapSchema.xml"), "", words}}));
+}
+
+// One that leads to the circle is no part of it.
+TEST_F(Damage, OfASchemaAboveACircleOfBases) {
+    const auto add = [this](const std::string& id, const std::string& base) {
+        sample_.Add(
+            Path("Schemas/" + id + ".xml"),
+            "<AssetSchema><UID val=\"" + id + "\"/><Base val=\"" + base + "\"/></AssetSchema>");
+    };
+    add("A", "B");
+    add("B", "C");
+    add("C", "D");
+    add("D", "B");
+    std::vector<std::string> parts;
+    for (const Finding& finding : FindingsIn(sample_.Bytes()))
+        if (finding.rule == "schema.base") parts.push_back(finding.part);
+    EXPECT_EQ(parts, (std::vector<std::string>{Path("Schemas/B.xml"), Path("Schemas/C.xml"),
+                                               Path("Schemas/D.xml")}));
+}
+
+TEST_F(Damage, OfManifestsThatHoldFarTooMuch) {
+    std::string& core = Part("Resources/core.xml");
+    std::string many;
+    for (int i = 0; i < (1 << 20); ++i)
+        many += "<a/>";
+    core = Replaced(core, "</node>", many + "</node>");
+    ExpectOnly({"limit", Path("Resources/core.xml"), "",
+                "the package holds more links and elements than can be read"});
+}
+
+TEST_F(Damage, OfALibraryInAFolderThatMeansAnother) {
+    nuo::archive::mem_read_write_archive archive;
+    velmor::fs::InMemory scratch("test");
+    velmor::fs::ZipFs zip(archive, scratch, "test", false);
+    ASSERT_EQ(zip.createDir(".."), velmor::fs::er_ok);
+    zip.commit();
+    const auto& bytes = archive.get_buffer();
+    const Expected findings =
+        FindingsIn({reinterpret_cast<const char*>(bytes.begin()), bytes.size()});
+    ASSERT_FALSE(findings.empty());
+    EXPECT_EQ(findings.back(),
+              (Finding{"package.identifier", "", "",
+                       "the folder of the library is named .., which means another"}));
+}
+
+// No link can name it, so none is missed.
+TEST_F(Damage, IsNotAPartOfANameThatXmlCannotHold) {
+    sample_.Add(Path("Resources/odd\x01name.odd"), "x");
+    EXPECT_EQ(FindingsIn(sample_.Bytes()), Expected());
 }
 
 TEST_F(Damage, OfASchemaUnderAnotherName) {

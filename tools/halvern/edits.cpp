@@ -16,11 +16,14 @@ using core::UTF8String;
 namespace {
 
 // Refused by the parser, so that a wrong form is wrong usage.
-std::string IsPair(const std::string& text) {
+std::string CheckForm(const std::string& text, const std::string& form) {
     const std::size_t sign = text.find('=');
-    return sign == std::string::npos || sign == 0 ? "\"" + text + "\" is not of the form NAME=VALUE"
+    return sign == std::string::npos || sign == 0 ? "\"" + text + "\" is not of the form " + form
                                                   : "";
 }
+
+constexpr const char* kSetForm = "NAME=VALUE";
+constexpr const char* kConnectForm = "NAME=IDENTIFIER";
 
 std::pair<std::string, std::string> Halves(const std::string& text) {
     const std::size_t sign = text.find('=');
@@ -64,13 +67,15 @@ void AddEdits(CLI::App& command, Edits& edits) {
             "choice, 0.9,0.9,0.85 for a colour, one,two for a list, @FILE for bytes; can be "
             "repeated")
         ->allow_extra_args(false)
-        ->check(IsPair);
+        ->type_name("")
+        ->check([](const std::string& text) { return CheckForm(text, kSetForm); });
     command
         .add_option("--connect", edits.connections,
                     "NAME=IDENTIFIER: connect a definition to a property, or none when the "
                     "identifier is empty; can be repeated")
         ->allow_extra_args(false)
-        ->check(IsPair);
+        ->type_name("")
+        ->check([](const std::string& text) { return CheckForm(text, kConnectForm); });
 }
 
 void Apply(const Edits& edits, assets::IAssetInstance& asset, assets::IAssetLibrary& library,
@@ -79,6 +84,7 @@ void Apply(const Edits& edits, assets::IAssetInstance& asset, assets::IAssetLibr
         const auto [name, value] = Halves(set);
         assets::IProperty& property = Find(asset, name);
         RefuseOwn(name);
+        RequireUtf8("the value of " + name, value);
         SetFromText(property, value);
     }
     for (const std::string& connection : edits.connections) {

@@ -132,7 +132,9 @@ Temporary Temporary::Make(std::string path, bool folder) {
     int handle = -1;
     const bool made = folder ? ::mkdtemp(path.data()) != nullptr
                              : (handle = ::mkostemp(path.data(), O_CLOEXEC)) >= 0;
-    if (!made) throw Failure(kFile, "a temporary file cannot be made: " + SystemWords(errno));
+    if (!made)
+        throw Failure(kFile, "a temporary file cannot be made in " +
+                                 path.substr(0, path.rfind('/')) + ": " + SystemWords(errno));
     if (handle >= 0) ::close(handle);
     return Temporary(path);
 }

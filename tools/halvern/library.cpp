@@ -1,6 +1,7 @@
 #include "library.h"
 
 #include <korvanet/platform/core/utf8string.h>
+#include <korvanet/platform/core/widestring.h>
 
 #include "failure.h"
 #include "inspect/verify.h"
@@ -32,6 +33,11 @@ HeldInstance Instantiate(assets::IAssetDefinition& definition, const std::string
     HeldInstance instance(definition.CreateInstance());
     if (!instance) FailToRead(identifier, file);
     return instance;
+}
+
+void RequireUtf8(const std::string& what, const std::string& text) {
+    const core::WideString wide(UTF8String(text.c_str()).AsWide());
+    if (text != wide.AsUTF8()) throw Failure(kUsage, what + " is not UTF-8");
 }
 
 bool HasDefinition(assets::IAssetLibrary& library, const std::string& identifier) {

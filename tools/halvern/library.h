@@ -15,6 +15,9 @@ HeldDefinition FindDefinition(assets::IAssetLibrary& library, const std::string&
 HeldInstance Instantiate(assets::IAssetDefinition& definition, const std::string& identifier,
                          const std::string& file);
 
+// Raises a Failure when the text is no UTF-8: it would be stored as another one.
+void RequireUtf8(const std::string& what, const std::string& text);
+
 bool HasDefinition(assets::IAssetLibrary& library, const std::string& identifier);
 
 }  // namespace halvern

@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,9 @@ int RunVerb(const std::vector<Choice>& choices, const Common& common) {
     } catch (const Failure& failure) {
         Complain(common.file, failure.what());
         return failure.Status();
+    } catch (const std::bad_alloc&) {
+        Complain(common.file, "this takes more memory than there is");
+        return kFile;
     } catch (const std::exception& failure) {
         Complain(common.file, failure.what());
         return kFile;

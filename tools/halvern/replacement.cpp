@@ -39,14 +39,17 @@ std::string TemplateFor(const std::string& original) {
 
 // Locks are made beside files, not beside nothing.
 const std::string& ExistingFile(const std::string& path) {
-    if (::access(path.c_str(), F_OK) != 0) throw Failure(kFile, "there is no such file");
-    return path;
+    if (::access(path.c_str(), F_OK) == 0) return path;
+    if (errno != ENOENT && errno != ENOTDIR) FailBySystem("the file cannot be opened");
+    throw Failure(kFile, "there is no such file");
 }
 
 // A file that is closed with the object.
 class Handle {
 public:
-    Handle(const std::string& path, int flags) : handle_(::open(path.c_str(), flags | O_CLOEXEC)) {
+    // A pipe is not waited for.
+    Handle(const std::string& path, int flags)
+        : handle_(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK)) {
         if (handle_ < 0) FailBySystem("the file cannot be opened");
     }
     Handle(const Handle&) = delete;
@@ -112,11 +115,13 @@ std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
 
 Replacement Replacement::CopyOf(const std::string& original) {
     const Handle from(original, O_RDONLY);
+    struct stat state {};
+    if (::fstat(from.Get(), &state) != 0) FailBySystem("the file cannot be examined");
+    if (S_ISDIR(state.st_mode)) throw Failure(kFile, "this is a folder and no file");
+    if (!S_ISREG(state.st_mode)) throw Failure(kFile, "this is no regular file");
     Replacement made(Temporary::MakeFile(TemplateFor(original)), original);
     const Handle to(made.Path(), O_WRONLY);
     CopyBytes(from, to);
-    struct stat state {};
-    if (::fstat(from.Get(), &state) != 0) FailBySystem("the file cannot be examined");
     // Only root may give files away; for all others the owner is the same already, or the group at
     // least stays as near as it can. The mode comes last, since a change of owner clears bits.
     if (::fchown(to.Get(), state.st_uid, state.st_gid) != 0 &&
@@ -181,9 +186,23 @@ WritableLibrary::WritableLibrary(Session& session, const std::string& path)
     AddSearchPath(path);
     session_.Reports().Forget();
     library_ = session_.Manager().OpenLibraryForWriting(UTF8String(file_.Path().c_str()));
-    if (library_ != nullptr) return;
-    throw Failure(kFile, session_.Reports().WhyOr(inspect::WhyNotSaved(file_.Path()),
-                                                  "the library cannot be written"));
+    if (library_ == nullptr) FailToOpen();
+}
+
+// What cannot even be read tells its damage; what can be read by itself stands in the way of the
+// system library, or that of it.
+void WritableLibrary::FailToOpen() {
+    std::string why = inspect::WhyNotSaved(file_.Path());
+    if (why.empty()) why = inspect::WhyNotOpened(file_.Path());
+    const std::string words = session_.Reports().WhyOr(why, "the library cannot be written");
+    if (session_.CloseSystemLibrary()) {
+        library_ = session_.Manager().OpenLibraryForWriting(UTF8String(file_.Path().c_str()));
+        if (library_ != nullptr) {
+            session_.Manager().UnloadLibrary(library_);
+            throw Failure(kFile, "the system library has the identifier of this one");
+        }
+    }
+    throw Failure(kFile, words);
 }
 
 WritableLibrary::~WritableLibrary() {
@@ -205,15 +224,20 @@ void WritableLibrary::SaveInPlace() {
 void SaveAndUnload(Session& session, assets::IAssetLibrary*& library, const std::string& original) {
     session.Reports().Forget();
     std::string words = "the library cannot be written";
+    std::string damage;
     bool saved = false;
     try {
         saved = session.Manager().SaveLibrary(library);
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception&) {
         words = "the library holds content that cannot be written";
+        if (!original.empty()) damage = inspect::WhyNotOpened(original);
     }
-    if (!saved)
-        throw Failure(kFile, session.Reports().WhyOr(
-                                 original.empty() ? "" : inspect::WhyNotSaved(original), words));
+    if (!saved) {
+        const std::string why = original.empty() ? "" : inspect::WhyNotSaved(original);
+        throw Failure(kFile, session.Reports().WhyOr(why.empty() ? damage : why, words));
+    }
     if (!session.Manager().UnloadLibrary(library))
         throw Failure(kFile, "the library is still in use and cannot be closed");
     library = nullptr;

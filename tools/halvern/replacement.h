@@ -82,6 +82,7 @@ public:
     void SaveInPlace();
 
 private:
+    [[noreturn]] void FailToOpen();
     void AddSearchPath(const std::string& path);
 
     Session& session_;

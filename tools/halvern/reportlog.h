@@ -32,6 +32,8 @@ public:
     std::string WhyOr(const std::string& why, const std::string& otherwise) const;
 
 private:
+    void Add(const core::WideString& text);
+
     assets::IReportSink* former_;
     std::vector<std::string> lines_;
 };

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 #include <korvanet/platform/core/utf8string.h>
 
@@ -40,8 +41,14 @@ Session::Session() : scratch_(Temporary::MakeFolder(TempFolder() + "/halvern-XXX
 }
 
 Session::~Session() {
-    if (system_ != nullptr) manager_->UnloadLibrary(system_);
+    CloseSystemLibrary();
     manager_->RemoveReference();
+}
+
+bool Session::CloseSystemLibrary() {
+    if (system_ == nullptr) return false;
+    manager_->UnloadLibrary(std::exchange(system_, nullptr));
+    return true;
 }
 
 void Session::OpenSystemLibrary(const std::string& path) {

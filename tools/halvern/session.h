@@ -24,6 +24,8 @@ public:
     // Opens the system library beside the one that a verb works on; nothing for an empty path.
     // Raises a Failure that names the file.
     void OpenSystemLibrary(const std::string& path);
+    // False when none is open.
+    bool CloseSystemLibrary();
 
 private:
     Temporary scratch_;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <type_traits>
@@ -20,15 +22,17 @@ using core::UTF8String;
 
 namespace {
 
+// Of a pipe too, as shells make them of what a program prints.
 std::string ReadWhole(const std::string& path) {
-    try {
-        std::ifstream file(path, std::ios::binary);
-        std::string bytes((std::istreambuf_iterator<char>(file)), {});
-        if (file.is_open() && !file.bad()) return bytes;
-    } catch (const std::ios_base::failure&) {
-        // A folder can be opened and not be read.
-    }
-    throw Failure(kFile, "the file " + path + " cannot be read");
+    if (path.empty()) throw Failure(kFile, "the name of a file is empty");
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        throw Failure(kFile, path + " is a folder and no file");
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(file)), {});
+    if (file.is_open() && !file.bad()) return bytes;
+    throw Failure(kFile, "the file " + path + " cannot be read: " + SystemWords(errno));
 }
 
 struct Unit {

@@ -8,11 +8,10 @@
 #include <vector>
 
 #include <korvanet/platform/core/utf8string.h>
-#include <nlohmann/json.hpp>
 
 #include "failure.h"
 #include "inspect/verify.h"
-#include "jsontext.h"
+#include "library.h"
 #include "output.h"
 #include "replacement.h"
 #include "session.h"
@@ -82,9 +81,18 @@ assets::IAssetLibrary* CreateLibrary(Session& session, const std::string& path,
     throw Failure(kNo, why);
 }
 
+void CheckFolder(const std::string& path) {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::error_code error;
+    if (!std::filesystem::exists(folder, error) && !error)
+        throw Failure(kFile, "there is no folder " + folder.string());
+}
+
 int Create(const Options& options, const Common& common) {
+    RequireUtf8("the identifier", options.identifier);
     const std::string path = AbsolutePath(common.file);
     Session session;
+    CheckFolder(path);
     const FileLock lock(path);
     if (::access(path.c_str(), F_OK) == 0) throw Failure(kNo, "a file of this name exists already");
     Replacement file = Replacement::For(path);
@@ -97,11 +105,7 @@ int Create(const Options& options, const Common& common) {
     }
     SaveAndUnload(session, library, "");
     file.PutInFreePlace();
-    if (common.quiet && !common.json) return kDone;
-    Output output;
-    output.Line(common.json ? JsonText({{"identifier", identifier.AsUTF8()}})
-                            : std::string(identifier.AsUTF8()));
-    output.Flush();
+    TellStored(identifier.AsUTF8(), common);
     return kDone;
 }
 
@@ -110,9 +114,11 @@ int Create(const Options& options, const Common& common) {
 Run DeclareCreate(CLI::App& command, Common& common) {
     const auto options = std::make_shared<Options>();
     AddFile(command, common);
-    command.add_option("--id", options->identifier,
-                       "the library's identifier; a fresh one without");
-    command.add_option("--schemas", options->schemas, "a folder of schema files to bring in");
+    command
+        .add_option("--id", options->identifier, "the library's identifier; a fresh one without")
+        ->type_name("IDENTIFIER");
+    command.add_option("--schemas", options->schemas, "a folder of schema files to bring in")
+        ->type_name("FOLDER");
     AddJson(command, common);
     AddQuiet(command, common);
     return [options, &common] { return Create(*options, common); };

@@ -3,13 +3,10 @@
 #include <memory>
 
 #include <korvanet/platform/core/utf8string.h>
-#include <nlohmann/json.hpp>
 
 #include "edits.h"
 #include "failure.h"
-#include "jsontext.h"
 #include "library.h"
-#include "output.h"
 #include "replacement.h"
 #include "session.h"
 #include "verbs.h"
@@ -30,6 +27,7 @@ struct Options {
 
 void CheckFree(WritableLibrary& library, const std::string& identifier) {
     if (identifier.empty()) throw Failure(kNo, "a definition needs an identifier");
+    RequireUtf8("the identifier", identifier);
     if (HasDefinition(*library.Get(), identifier))
         throw Failure(kNo, "there is a definition " + identifier + " already");
 }
@@ -41,13 +39,6 @@ void Store(Session& session, WritableLibrary& library, assets::IAssetInstance& a
                                            options.hidden))
         throw Failure(kNo, session.Reports().LastOr("the library does not take the definition " +
                                                     options.identifier));
-}
-
-void Print(const Options& options, const Common& common) {
-    if (common.quiet && !common.json) return;
-    Output output;
-    output.Line(common.json ? JsonText({{"identifier", options.identifier}}) : options.identifier);
-    output.Flush();
 }
 
 int Preset(const Options& options, const Common& common) {
@@ -63,7 +54,7 @@ int Preset(const Options& options, const Common& common) {
         Store(session, library, *instance.Get(), options);
     }
     library.SaveInPlace();
-    Print(options, common);
+    TellStored(options.identifier, common);
     return kDone;
 }
 
@@ -91,13 +82,14 @@ int Add(const Options& options, const Common& common) {
     {
         CheckFree(library, options.identifier);
         const HeldInstance instance = FromSchema(session, library, options);
+        RequireUtf8("the name", options.name);
         if (!options.name.empty() && !instance->SetUIName(UTF8String(options.name.c_str())))
             throw Failure(kNo, "the schema " + options.source + " has no property for a name");
         Apply(options.edits, *instance.Get(), *library.Get(), path);
         Store(session, library, *instance.Get(), options);
     }
     library.SaveInPlace();
-    Print(options, common);
+    TellStored(options.identifier, common);
     return kDone;
 }
 
@@ -113,8 +105,12 @@ void AddShared(CLI::App& command, Common& common, Options& options) {
 Run DeclarePreset(CLI::App& command, Common& common) {
     const auto options = std::make_shared<Options>();
     AddFile(command, common);
-    command.add_option("SOURCE", options->source, "the definition to start from")->required();
-    command.add_option("NEW", options->identifier, "the identifier of the new one")->required();
+    command.add_option("SOURCE", options->source, "the definition to start from")
+        ->required()
+        ->type_name("");
+    command.add_option("NEW", options->identifier, "the identifier of the new one")
+        ->required()
+        ->type_name("");
     command.add_flag("--hidden", options->hidden, "leave the new one out of listings");
     AddShared(command, common, *options);
     return [options, &common] { return Preset(*options, common); };
@@ -123,10 +119,13 @@ Run DeclarePreset(CLI::App& command, Common& common) {
 Run DeclareAdd(CLI::App& command, Common& common) {
     const auto options = std::make_shared<Options>();
     AddFile(command, common);
-    command.add_option("SCHEMA", options->source, "the id of a schema of the library")->required();
+    command.add_option("SCHEMA", options->source, "the id of a schema of the library")
+        ->required()
+        ->type_name("");
     command.add_option("IDENTIFIER", options->identifier, "the identifier of the definition")
-        ->required();
-    command.add_option("--name", options->name, "the name for people");
+        ->required()
+        ->type_name("");
+    command.add_option("--name", options->name, "the name for people")->type_name("UINAME");
     AddShared(command, common, *options);
     return [options, &common] { return Add(*options, common); };
 }

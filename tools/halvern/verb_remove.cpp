@@ -37,7 +37,9 @@ int Remove(const Options& options, const Common& common) {
 Run DeclareRemove(CLI::App& command, Common& common) {
     const auto options = std::make_shared<Options>();
     AddFile(command, common);
-    command.add_option("IDENTIFIER", options->identifier, "the definition")->required();
+    command.add_option("IDENTIFIER", options->identifier, "the definition")
+        ->required()
+        ->type_name("");
     AddQuiet(command, common);
     return [options, &common] { return Remove(*options, common); };
 }

@@ -69,7 +69,9 @@ int Show(const Options& options, const Common& common) {
 Run DeclareShow(CLI::App& command, Common& common) {
     const auto options = std::make_shared<Options>();
     AddFile(command, common);
-    command.add_option("IDENTIFIER", options->identifier, "the definition")->required();
+    command.add_option("IDENTIFIER", options->identifier, "the definition")
+        ->required()
+        ->type_name("");
     AddLocale(command, common);
     AddJson(command, common);
     AddQuiet(command, common);

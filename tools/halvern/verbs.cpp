@@ -2,6 +2,12 @@
 
 #include <array>
 
+#include <nlohmann/json.hpp>
+
+#include "failure.h"
+#include "jsontext.h"
+#include "output.h"
+
 namespace halvern {
 namespace {
 
@@ -30,8 +36,21 @@ std::span<const Verb> Verbs() {
     return kVerbs;
 }
 
+void TellStored(const std::string& identifier, const Common& common) {
+    if (common.quiet && !common.json) return;
+    try {
+        Output output;
+        output.Line(common.json ? JsonText({{"identifier", identifier}}) : Printable(identifier));
+        output.Flush();
+    } catch (const OutputClosed&) {
+        return;
+    } catch (const Failure& failure) {
+        throw Failure(failure.Status(), std::string("the file is saved, but ") + failure.what());
+    }
+}
+
 void AddFile(CLI::App& command, Common& common) {
-    command.add_option("FILE", common.file, "the library")->required();
+    command.add_option("FILE", common.file, "the library")->required()->type_name("");
 }
 
 void AddJson(CLI::App& command, Common& common) {
@@ -39,13 +58,15 @@ void AddJson(CLI::App& command, Common& common) {
 }
 
 void AddLocale(CLI::App& command, Common& common) {
-    command.add_option(
-        "--locale", common.locale,
-        "show texts in this language, such as ENG, from the message files beside FILE");
+    command
+        .add_option("--locale", common.locale,
+                    "show texts in this language, such as ENG, from the message files beside FILE")
+        ->type_name("LOCALE");
 }
 
 void AddSystem(CLI::App& command, Common& common) {
-    command.add_option("--system", common.system, "the system library to open beside FILE");
+    command.add_option("--system", common.system, "the system library to open beside FILE")
+        ->type_name("FILE");
 }
 
 void AddQuiet(CLI::App& command, Common& common) {

@@ -31,6 +31,10 @@ struct Verb {
 
 std::span<const Verb> Verbs();
 
+// Prints the identifier of what was stored. The file is saved by then: a reader of standard output
+// that has gone takes nothing back, and a failure to write says what stands.
+void TellStored(const std::string& identifier, const Common& common);
+
 // Options that several verbs share.
 void AddFile(CLI::App& command, Common& common);
 void AddJson(CLI::App& command, Common& common);

@@ -7,6 +7,8 @@ namespace halvern::inspect {
 
 std::string Describe(const Finding& finding) {
     std::string line = finding.what;
+    // Reports are sentences.
+    if (line.ends_with('.') && !(finding.part.empty() && finding.where.empty())) line.pop_back();
     if (!finding.part.empty()) line += ", in " + finding.part;
     if (!finding.where.empty()) line += ", " + finding.where;
     return line;

@@ -64,6 +64,7 @@ private:
 
     // False when there is nothing to compare with; otherwise the events of the part have come.
     bool Parse(const std::string& path, IXmlCallBack& callback, bool closes) {
+        if (count_ > XmlNodeData::kMostElements) return false;  // which is found already
         if (!Present(path) || !CheckXml(parts_, path, "package.xml", closes, findings_))
             return false;
         XmlDriverState driver(callback);

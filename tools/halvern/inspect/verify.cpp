@@ -135,6 +135,7 @@ std::string WhyUnreadable(const std::string& path) {
     if (::stat(path.c_str(), &state) != 0 && (errno == ENOENT || errno == ENOTDIR))
         return "there is no such file";
     if (S_ISDIR(state.st_mode)) return "this is a folder and no file";
+    if (state.st_mode != 0 && !S_ISREG(state.st_mode)) return "this is no regular file";
     return "the file cannot be read";
 }
 
@@ -151,11 +152,16 @@ Findings Walk(const std::string& path) {
     return findings;
 }
 
+// A file opens and is read whatever its checksums and fixed parts say, so they are no cause.
+bool MayBeCause(const Finding& finding) {
+    return finding.rule != "zip.crc" && !finding.rule.starts_with("package.");
+}
+
 std::string FirstOf(const std::vector<Finding>& findings) {
-    const auto closing = std::find_if(findings.begin(), findings.end(),
-                                      [](const Finding& finding) { return finding.closes; });
-    if (closing != findings.end()) return Describe(*closing);
-    return findings.empty() ? std::string() : Describe(findings.front());
+    auto found = std::find_if(findings.begin(), findings.end(),
+                              [](const Finding& finding) { return finding.closes; });
+    if (found == findings.end()) found = std::find_if(findings.begin(), findings.end(), MayBeCause);
+    return found != findings.end() ? Describe(*found) : std::string();
 }
 
 // REQUIRES: nothing closes the file.
