@@ -1,9 +1,9 @@
 #include "valuetext.h"
-#include "reportlog.h"
 
 #include <gtest/gtest.h>
 
 #include "jsontext.h"
+#include "reportlog.h"
 
 namespace halvern {
 namespace {

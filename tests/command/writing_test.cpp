@@ -140,10 +140,13 @@ TEST_F(Writing, ARefusedPresetChangesNothing) {
                   "the property generic_glossiness does not take \"7\": Value out of range");
     ExpectRefused(preset({"--set", "generic_glossiness=much"}), 1,
                   "the property generic_glossiness does not take \"much\": it is not one of its "
-                  "values");
+                  "values: a number");
     ExpectRefused(preset({"--set", "generic_bump_amount=2 parsec"}), 1,
                   "the property generic_bump_amount does not take \"2 parsec\": it is not one of "
-                  "its values");
+                  "its values: a number, or a number, a blank and a unit such as mm");
+    ExpectRefused(preset({"--set", "generic_diffuse=1,2"}), 1,
+                  "the property generic_diffuse does not take \"1,2\": it is not one of its "
+                  "values: r,g,b or r,g,b,a");
     ExpectRefused(preset({"--set", "generic_bump_map=x"}), 1,
                   "the property generic_bump_map takes connections and no value");
     ExpectRefused(preset({"--set", "SchemaVersion=9"}), 1,
@@ -527,10 +530,24 @@ TEST_F(Writing, AValueThatWouldBeLostIsRefused) {
     for (const char* number : {"nan", "inf", "-inf"})
         refused(std::string("generic_bump_amount=") + number,
                 std::string("the property generic_bump_amount does not take \"") + number +
-                    "\": it is not one of its values");
+                    "\": it is not one of its values: a number, or a number, a blank and a unit "
+                    "such as mm");
     refused("generic_is_metal=yes",
             "the property generic_is_metal does not take \"yes\": it is not one of its values: "
             "true, false");
+}
+
+TEST_F(Writing, AValueOfAnotherKindIsAnsweredWithTheFormThatIsDue) {
+    Take("every-kind.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    for (const auto& [name, form] : {std::pair{"k_vector", "x,y,z"},
+                                     {"k_blob", "@FILE"},
+                                     {"k_int", "a whole number"},
+                                     {"k_double", "a number"}})
+        ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", std::string(name) + "=odd"}, 1,
+                      std::string("the property ") + name +
+                          " does not take \"odd\": it is not one of its values: " + form);
 }
 
 TEST_F(Writing, AnUnknownChoiceIsAnsweredWithTheKnownOnes) {

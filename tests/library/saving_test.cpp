@@ -30,6 +30,10 @@ double Depth(AssetDefinition& paint) {
         ->GetValue();
 }
 
+void Connect(AssetDefinition& from, AssetDefinition& to) {
+    from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
+}
+
 TEST(Saving, ANewLibraryHasItsPartsAndReadsBackEmpty) {
     TestHost host;
     nuo::buffer<nuo::byte> bytes;
@@ -75,15 +79,12 @@ TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
     std::vector<AssetDefinition*> circle;
     for (int i = 0; i < 60; ++i)
         circle.push_back(&AddPaint(*library, ("C" + std::to_string(i)).c_str()));
-    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
-        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
-    };
     for (std::size_t i = 0; i < circle.size(); ++i)
-        connect(*circle[i], *circle[(i + 1) % circle.size()]);
+        Connect(*circle[i], *circle[(i + 1) % circle.size()]);
     AssetDefinition* last = circle.back();
     for (int i = 0; i < 20; ++i) {
         AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
-        connect(next, *last);
+        Connect(next, *last);
         last = &next;
     }
     EXPECT_THROW((*library)->Save(), JpkFsErr);
@@ -92,21 +93,18 @@ TEST(Saving, AConnectionDepthFoundInACircleServesNoOtherStart) {
 TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
     TestHost host;
     auto library = MakePaintLibrary(host);
-    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
-        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
-    };
     AssetDefinition& first = AddPaint(*library, "First");
     AssetDefinition& last = AddPaint(*library, "Last");
     AssetDefinition& middle = AddPaint(*library, "Middle");
     AssetDefinition& own = AddPaint(*library, "Own");
     AssetDefinition& above = AddPaint(*library, "Above");
-    connect(first, last);
-    connect(first, middle);
-    connect(first, middle);
-    connect(middle, last);
-    connect(own, own);
-    connect(own, first);
-    connect(above, own);
+    Connect(first, last);
+    Connect(first, middle);
+    Connect(first, middle);
+    Connect(middle, last);
+    Connect(own, own);
+    Connect(own, first);
+    Connect(above, own);
     ConnectionGraph graph({&above, &first, &own});
     EXPECT_EQ(graph.DepthOf(first), 2);
     EXPECT_EQ(graph.DepthOf(middle), 1);
@@ -128,7 +126,7 @@ TEST(Saving, AnUnchangedChainThatLeadsToNothingChangedIsLeftAlone) {
     AssetDefinition* last = &AddPaint(*library, "Last");
     for (int i = 0; i < GeneralLibrary::kMaxConnectionDepth + 2; ++i) {
         AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
-        next.FindProperty(nuo::string_ref("p_map"))->AppendConnection(*last);
+        Connect(next, *last);
         last = &next;
     }
     for (const nuo::string& name : (*library)->RecordNames())
@@ -140,16 +138,13 @@ TEST(Saving, AnUnchangedChainThatLeadsToNothingChangedIsLeftAlone) {
 TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
     TestHost host;
     auto library = MakePaintLibrary(host);
-    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
-        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
-    };
     AssetDefinition& outer = AddPaint(*library, "Outer");
     AssetDefinition* last = &AddPaint(*library, "Inner");
-    connect(outer, *last);
+    Connect(outer, *last);
     ASSERT_TRUE((*library)->Save());
     for (int i = 0; i < GeneralLibrary::kMaxConnectionDepth; ++i) {
         AssetDefinition& next = AddPaint(*library, ("D" + std::to_string(i)).c_str());
-        connect(*last, next);
+        Connect(*last, next);
         last = &next;
     }
     (*library)->FindRecord("Inner")->state = HalvernAsset::kChanged;
@@ -161,16 +156,13 @@ TEST(Saving, AnUnchangedRecordThatAChangedOneMakesTooDeepIsRefused) {
 TEST(Saving, WhatWouldTakeTooManyWalksIsRefusedAmongTheChangedAndTakenAmongTheOthers) {
     TestHost host;
     auto library = MakePaintLibrary(host);
-    const auto connect = [](AssetDefinition& from, AssetDefinition& to) {
-        from.FindProperty(nuo::string_ref("p_map"))->AppendConnection(to);
-    };
     AssetDefinition& hub = AddPaint(*library, "Hub");
     AssetDefinition& spoke = AddPaint(*library, "Spoke");
     AssetDefinition& top = AddPaint(*library, "Top");
     AssetDefinition& last = AddPaint(*library, "Last");
-    connect(hub, spoke);
-    connect(spoke, hub);
-    connect(top, last);
+    Connect(hub, spoke);
+    Connect(spoke, hub);
+    Connect(top, last);
     const std::vector<const PropertyTableImp*> tables = {&hub, &spoke, &top, &last};
     EXPECT_FALSE(ReachTooDeep(tables, {&hub, &spoke, &top}, 2, 4));
     EXPECT_TRUE(ReachTooDeep(tables, {&hub, &spoke, &top}, 1, 4));
@@ -187,8 +179,8 @@ TEST(Saving, FourThousandRecordsInCirclesThroughOneAreMeasuredAndSaved) {
     AssetDefinition& hub = AddPaint(*library, "Hub");
     for (int i = 0; i < 4000; ++i) {
         AssetDefinition& spoke = AddPaint(*library, ("S" + std::to_string(i)).c_str());
-        hub.FindProperty(nuo::string_ref("p_map"))->AppendConnection(spoke);
-        spoke.FindProperty(nuo::string_ref("p_map"))->AppendConnection(hub);
+        Connect(hub, spoke);
+        Connect(spoke, hub);
     }
     EXPECT_TRUE((*library)->Save());
 }

@@ -81,14 +81,32 @@ std::string ChoiceIds(IChoiceListValue& value) {
     return ids;
 }
 
+std::string WordsForNumbers(IProperty& property) {
+    const bool is_list = (property.GetFlags() & PropertyFlags::kAllowMultipleValues) != 0;
+    if (!is_list && property.GetValue()->GetDimension() == 3) return "x,y,z";
+    if ((property.GetFlags() & PropertyFlags::kUnits) == 0) return "a number";
+    return "a number, or a number, a blank and a unit such as mm";
+}
+
 // What the property takes, where that can be told in a few words.
 std::string WordsForValues(IProperty& property) {
     const std::string words = "it is not one of its values";
     if (auto* choice = dynamic_cast<IChoiceListValue*>(property.GetValue()))
         return words + ": " + ChoiceIds(*choice);
-    if (dynamic_cast<IBooleanValue*>(property.GetValue()) != nullptr)
-        return words + ": true, false";
-    return words;
+    switch (property.GetType()) {
+        case PropertyType::kBoolean:
+            return words + ": true, false";
+        case PropertyType::kInteger:
+            return words + ": a whole number";
+        case PropertyType::kScalar:
+            return words + ": " + WordsForNumbers(property);
+        case PropertyType::kColor:
+            return words + ": r,g,b or r,g,b,a";
+        case PropertyType::kBinary:
+            return words + ": @FILE";
+        default:
+            return words;
+    }
 }
 
 // Sets one value, element by element. Each operation is false for a text that is no value, and when
