@@ -49,6 +49,16 @@ TEST(Saving, ANewLibraryHasItsPartsAndReadsBackEmpty) {
     EXPECT_TRUE(again->RecordNames().empty());
 }
 
+TEST(Saving, TheSecondLibraryOfOneIdentifierHasANamespaceOfIdentifierAndUuid) {
+    TestHost host;
+    TestLibrary first(host, GeneralLibrary::Creating{"LIB", 0});
+    TestLibrary second(host, GeneralLibrary::Creating{"LIB", 0});
+    EXPECT_TRUE(first->Namespaces().own.name() == "LIB");
+    const nuo::string name = second->Namespaces().own.name();
+    EXPECT_TRUE(name.ref().starts_with("LIB"));
+    EXPECT_EQ(name.size(), 3 + 36U);
+}
+
 TEST(Saving, AFolderWithoutAnEntryOfItsOwnIsMade) {
     TestHost host;
     TestLibrary library(host, GeneralLibrary::Creating{"LIB", 0});

@@ -265,6 +265,14 @@ TEST_F(Opening, OnlyTheOlderLayoutWantsAnUpgrade) {
     EXPECT_EQ(Manager().GetLibraryCount(), 1u);
 }
 
+TEST_F(Opening, ASecondFileOfOneIdentifierDoesNotOpenButIsAskedForItsUpgrade) {
+    ASSERT_NE(Open(CopySample("starter.jpk")), nullptr);
+    const std::string second = CopySample("starter.jpk", "second.jpk");
+    EXPECT_EQ(Open(second), nullptr);
+    EXPECT_FALSE(Manager().IsLibraryUpgradeRequired(core::UTF8String(second.c_str())));
+    EXPECT_EQ(Manager().GetLibraryCount(), 1u);
+}
+
 TEST_F(Opening, AskingAFileThatIsNoLibraryForItsUpgradeRaises) {
     EXPECT_THROW(
         Manager().IsLibraryUpgradeRequired(core::UTF8String(CopySample("bad-text.jpk").c_str())),
