@@ -5,6 +5,7 @@
 namespace {
 
 bool fails = false;
+int inflate_code = Z_OK;
 
 }  // namespace
 
@@ -25,6 +26,12 @@ int __wrap_deflateInit2_(z_streamp stream, int level, int method, int window, in
                                         size);
 }
 
+int __real_inflate(z_streamp stream, int flush);
+
+int __wrap_inflate(z_streamp stream, int flush) {
+    return inflate_code != Z_OK ? inflate_code : __real_inflate(stream, flush);
+}
+
 }  // extern "C"
 
 namespace vfs_tests {
@@ -35,6 +42,14 @@ NoZlib::NoZlib() {
 
 NoZlib::~NoZlib() {
     fails = false;
+}
+
+InflateFails::InflateFails(int code) {
+    inflate_code = code;
+}
+
+InflateFails::~InflateFails() {
+    inflate_code = Z_OK;
 }
 
 }  // namespace vfs_tests

@@ -12,4 +12,13 @@ public:
     NoZlib& operator=(const NoZlib&) = delete;
 };
 
+// While one of these lives, zlib inflates nothing and answers with this code.
+class InflateFails {
+public:
+    explicit InflateFails(int code);
+    ~InflateFails();
+    InflateFails(const InflateFails&) = delete;
+    InflateFails& operator=(const InflateFails&) = delete;
+};
+
 }  // namespace vfs_tests

@@ -30,6 +30,17 @@ TEST(ZipCodecTest, AStreamThatCannotStartRaisesAndTheNextOneMay) {
     EXPECT_EQ(Inflated(codec, packed), "text");
 }
 
+TEST(ZipCodecTest, EachFailureOfInflatingIsBadData) {
+    fs::ZipCodec codec;
+    const std::string packed = RawDeflate("text");
+    for (const int code : {Z_DATA_ERROR, Z_MEM_ERROR, Z_NEED_DICT}) {
+        const InflateFails broken(code);
+        EXPECT_EQ(RaisedText<fs::archive_runtime_error>([&] { Inflated(codec, packed); }),
+                  "inflate bad data");
+    }
+    EXPECT_EQ(Inflated(codec, packed), "text");
+}
+
 TEST(ZipCodecTest, ADeflaterThatCannotStartRaisesAndTheNextOneMay) {
     fs::ZipCodec codec;
     nuo::archive::mem_read_write_archive from(Buffer("text"));
