@@ -1,6 +1,11 @@
 #include "assets/package/packagedescription.h"
 
+#include "assets/package/manifestwords.h"
+#include "vfs/fixed_clock.h"
+
 namespace {
+
+namespace words = korvanet::platform::assets::words;
 
 using korvanet::platform::assets::PackageDescription;
 using korvanet::platform::assets::PropertyMap;
@@ -48,6 +53,20 @@ TEST(PropertyMap, SetsAnElementAloneOfItsName) {
     map.SetAlone("uuid", "x", "u");
     map.SetAlone("", "z", "n");
     EXPECT_THAT(Keys(map), testing::ElementsAre("bool/y", "name/z", "uuid/x"));
+}
+
+// Of the place where the package is written, and of the moment of each call.
+TEST(PackageDescription, TellsTimesOfTheLocalClockAnewForEachFolder) {
+    PackageDescription description;
+    vfs_tests::FixedClock clock(0, "XYZ-2");
+    description.CompleteFolder("A", "A");
+    clock.Set(86400);
+    description.CompleteFolder("B", "B");
+    const auto created = [&](const char* folder) {
+        return description.FindNode(folder)->FindByName(words::Created().name)->second;
+    };
+    EXPECT_STREQ(created("A").data(), "1970-01-01T02:00:00");
+    EXPECT_STREQ(created("B").data(), "1970-01-02T02:00:00");
 }
 
 TEST(PackageDescription, CompletesOnlyWhatIsMissing) {
