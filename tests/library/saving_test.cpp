@@ -129,6 +129,43 @@ TEST(Saving, TheDepthsOfWhatLeadsToNoCircleAreFoundInOnePass) {
               (std::vector<const PropertyTableImp*>{&first, &own, &above}));
 }
 
+// Records that are connected to the next one by a listing property and by another one, in a ring.
+bool SavesRing(TestHost& host, int count, nuo::buffer<nuo::byte>& bytes) {
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition* const schema = (*library)->EnsureSchema(*LoadGlobal(
+        host, "RingSchema", R"(<AssetSchema><UID val="RingSchema"/><Base val="CommonSchema"/>
+<type val="ring"/><Reference id="listed" definitionIteratorData="true"/><Reference id="other"/>
+</AssetSchema>)"));
+    AssetDefinition& model = MakeDefinition(*schema, velmor::Namespace(), "model");
+    model.AddReference();
+    std::vector<AssetDefinition*> ring;
+    for (int i = 0; i < count; ++i)
+        ring.push_back((*library)->CreatePreset(model, ("R" + std::to_string(i)).c_str(), {}));
+    model.Release();
+    for (std::size_t i = 0; i < ring.size(); ++i)
+        for (const char* property : {"listed", "other"})
+            ring[i]
+                ->FindProperty(nuo::string_ref(property))
+                ->AppendConnection(*ring[(i + 1) % ring.size()]);
+    try {
+        bytes = library->SavedBytes();
+        return true;
+    } catch (const nuo::context_exception<JpkFsErr>&) {
+        return false;
+    }
+}
+
+// A reader comes to the second group of each while it still reads the first one of all.
+TEST(Saving, ARingThroughTwoGroupsIsRefusedWhereAReaderWouldComeTooDeep) {
+    TestHost host;
+    nuo::buffer<nuo::byte> bytes;
+    EXPECT_FALSE(SavesRing(host, 33, bytes));
+    ASSERT_TRUE(SavesRing(host, 32, bytes));
+    TestLibrary again(host, bytes, false);
+    for (const nuo::string& name : again->RecordNames())
+        EXPECT_NE(again->LoadDefinition(name), nullptr) << name.data();
+}
+
 // As a file of others may be: each of its records is loaded before the one that leads to it.
 TEST(Saving, AnUnchangedChainThatLeadsToNothingChangedIsLeftAlone) {
     TestHost host;

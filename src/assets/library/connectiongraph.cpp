@@ -10,12 +10,17 @@ ConnectionGraph::ConnectionGraph(const std::vector<const PropertyTableImp*>& tab
     for (const PropertyTableImp* table : tables)
         NumberOf(*table);
     for (std::size_t number = 0; number < nodes_.size(); ++number) {
-        Span targets{targets_.size(), targets_.size()};
-        ForEachConnection(*nodes_[number].table, [this](const PropertyTableImp& connected) {
+        const auto take = [this](const PropertyTableImp& connected) {
             targets_.push_back(NumberOf(connected));
-        });
+        };
+        const PropertyTableImp& table = *nodes_[number].table;
+        Span targets{targets_.size(), targets_.size()};
+        ForEachConnection(table, kStoredGroups[0], take);
+        const std::size_t split = targets_.size();
+        ForEachConnection(table, kStoredGroups[1], take);
         targets.end = targets_.size();
         nodes_[number].targets = targets;
+        nodes_[number].split = split;
     }
     GatherSources();
     MeasureOutsideCircles();
@@ -55,7 +60,7 @@ std::vector<const PropertyTableImp*> ConnectionGraph::LeadingTo(
 
 std::size_t ConnectionGraph::NumberOf(const PropertyTableImp& table) {
     const auto [known, fresh] = numbers_.emplace(&table, nodes_.size());
-    if (fresh) nodes_.push_back({&table, {}, {}});
+    if (fresh) nodes_.push_back({&table, {}, 0, {}});
     return known->second;
 }
 
@@ -101,14 +106,23 @@ void ConnectionGraph::MeasureOutsideCircles() {
 int ConnectionGraph::Walk(std::size_t number, int level) {
     Node& node = nodes_[number];
     if (node.depth != kUnknown) return node.depth;
-    if (node.walk == walks_) return std::max(node.depth_in_walk, 0);
-    node.walk = walks_;
-    node.depth_in_walk = kUnknown;
+    if (node.walk != walks_) {
+        node.walk = walks_;
+        node.depth_in_walk = kUnknown;
+        node.met = node.targets.begin;
+    }
+    if (node.depth_in_walk != kUnknown) return node.depth_in_walk;
     int deepest = 0;
-    for (std::size_t at = node.targets.begin; at < node.targets.end; ++at) {
-        ++steps_;
-        const int below = level >= kEnough ? kEnough : Walk(targets_[at], level + 1);
-        deepest = std::max(deepest, 1 + below);
+    // A group that the walk has begun with is not begun again.
+    const std::size_t groups[] = {node.targets.begin, node.split, node.targets.end};
+    for (int group = 0; group < 2; ++group) {
+        if (node.met > groups[group] || groups[group] == groups[group + 1]) continue;
+        for (std::size_t at = groups[group]; at < groups[group + 1]; ++at) {
+            node.met = std::max(node.met, at + 1);
+            ++steps_;
+            const int below = level >= kEnough ? kEnough : Walk(targets_[at], level + 1);
+            deepest = std::max(deepest, 1 + below);
+        }
     }
     return node.depth_in_walk = deepest;
 }

@@ -14,9 +14,11 @@ class ConnectionGraph {
 public:
     explicit ConnectionGraph(const std::vector<const PropertyTableImp*>& tables);
 
-    // How deep the connections of a table of the graph reach: 0 for one without any. A connection
-    // that leads back to a table on the way counts as one and is not followed. What leads to no
-    // circle is known since the graph was made, all else takes a walk of its own.
+    // How deep a reader gets that loads the table and what it is connected to, group by group: 0
+    // for one without connections. A connection that leads back to a table on the way counts as one
+    // and is not followed, but for the second group of a table whose first one is being read: that
+    // is read there. What leads to no circle is known since the graph was made, all else takes a
+    // walk of its own.
     int DepthOf(const PropertyTableImp& table);
     bool LeadsToCircle(const PropertyTableImp& table) const;
     // How many connections all walks have met so far.
@@ -39,9 +41,11 @@ private:
     struct Node {
         const PropertyTableImp* table;
         Span targets;
+        std::size_t split = 0;  // where the targets of the second stored group begin
         Span sources;
         int depth = kUnknown;  // stays unknown where connections lead to a circle
         std::uint64_t walk = 0;
+        std::size_t met = 0;           // targets that the walk has come to, from the first
         int depth_in_walk = kUnknown;  // unknown while the table is on the way
     };
 
@@ -59,8 +63,8 @@ private:
 };
 
 // Whether one of `changed`, or one of `tables` that leads to one of them, reaches deeper than
-// `most`. Walks may meet `most_steps` connections: what would take more counts as too deep among
-// the changed ones, and is taken as it is among the others.
+// `most`. Once walks have met more than `most_steps` connections, what leads to circles counts as
+// too deep among the changed ones, and is taken as it is among the others.
 bool ReachTooDeep(const std::vector<const PropertyTableImp*>& tables,
                   const std::vector<const PropertyTableImp*>& changed, int most,
                   std::uint64_t most_steps);

@@ -12,17 +12,21 @@ namespace korvanet::platform::assets {
 inline constexpr std::size_t kStoredGroups[] = {PropertyTableImp::kIterationGroup,
                                                 PropertyTableImp::kReadWriteGroup};
 
-// Visits the tables that properties of the stored groups are connected to, once for each
-// connection.
+// Visits the tables that properties of a group are connected to, once for each connection.
+template <class Visit>
+void ForEachConnection(const PropertyTableImp& table, std::size_t group, Visit&& visit) {
+    for (const PropertyGroup::Entry& entry : table.Group(group)) {
+        const PropertyBase& property = entry.Property();
+        for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at)
+            if (PropertyTableImp* connected = property.ConnectedTable(at)) visit(*connected);
+    }
+}
+
+// The same of all stored groups.
 template <class Visit>
 void ForEachConnection(const PropertyTableImp& table, Visit&& visit) {
-    for (const std::size_t group : kStoredGroups) {
-        for (const PropertyGroup::Entry& entry : table.Group(group)) {
-            const PropertyBase& property = entry.Property();
-            for (std::uint64_t at = 0; at < property.GetConnectedAssetCount(); ++at)
-                if (PropertyTableImp* connected = property.ConnectedTable(at)) visit(*connected);
-        }
-    }
+    for (const std::size_t group : kStoredGroups)
+        ForEachConnection(table, group, visit);
 }
 
 // Visits the properties of the stored groups that hold URIs.
