@@ -311,11 +311,12 @@ TEST_F(Damage, OfASchemaAboveACircleOfBases) {
 TEST_F(Damage, OfManifestsThatHoldFarTooMuch) {
     std::string& core = Part("Resources/core.xml");
     std::string many;
-    for (int i = 0; i < (1 << 20); ++i)
-        many += "<a/>";
+    const std::string element = "<a>" + std::string(1 << 20, 'x') + "</a>";
+    for (int i = 0; i < 256; ++i)
+        many += element;
     core = Replaced(core, "</node>", many + "</node>");
     ExpectOnly({"limit", Path("Resources/core.xml"), "",
-                "the package holds more links and elements than can be read"});
+                "the links and elements of the package take more memory than a reader gives them"});
 }
 
 TEST_F(Damage, OfALibraryInAFolderThatMeansAnother) {

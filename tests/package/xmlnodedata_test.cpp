@@ -124,11 +124,15 @@ TEST(XmlNodeData, TakesNothingFromPlacesOfAnotherDepth) {
 TEST(XmlNodeData, EndsWhereAPackageHoldsTooMuch) {
     const std::string one =
         kLinksHead + R"(<link name="a"><string name="b">c</string></link>)" + kLinksTail;
+    // A link of one letter, and an element of "string", "b" and "c".
+    constexpr std::uint64_t kTaken = 2 * XmlNodeData::kHeldEach + 1 + 8;
     PackageFolder links;
-    Read(links, one, XmlNodeData::kMostElements - 2);
+    Read(links, one, XmlNodeData::kMostHeld - kTaken);
     EXPECT_EQ(links.size(), 1U);
-    EXPECT_EQ(Raised<JpkFsErr>([&] { Read(links, one, XmlNodeData::kMostElements - 1); }), "");
-    EXPECT_EQ(Raised<JpkFsErr>([&] { Read(links, one, XmlNodeData::kMostElements); }), "");
+    for (const std::uint64_t missing : {std::uint64_t{1}, kTaken - 1, kTaken})
+        EXPECT_EQ(
+            Raised<JpkFsErr>([&] { Read(links, one, XmlNodeData::kMostHeld - kTaken + missing); }),
+            "");
 }
 
 }  // namespace

@@ -69,19 +69,19 @@ private:
 
     void LoadLinks(const nuo::string& folder) {
         if (const auto part = Open(folder, kLinksPart)) {
-            Read(XmlNodeData(description_.LinksOf(folder), count_), *part);
+            Read(XmlNodeData(description_.LinksOf(folder), held_), *part);
         }
     }
 
     void LoadNode(const nuo::string& folder) {
         if (const auto part = Open(folder, kCorePart)) {
-            Read(XmlNodeData(description_.NodeOf(folder), count_), *part);
+            Read(XmlNodeData(description_.NodeOf(folder), held_), *part);
         }
     }
 
     IVfs& inner_;
     PackageDescription& description_;
-    std::uint64_t count_ = 0;
+    std::uint64_t held_ = 0;
 };
 
 class Writer {

@@ -28,6 +28,7 @@ void XmlNodeData::OnXml(XmlDriverState& driver, const nuo::string& name, const n
     } else if (!name.empty()) {
         OnStart(depth, name, attributes);
     } else if (depth == kElementDepth && open_ != nullptr) {
+        Hold(text.size());
         text_.append(text);
     }
 }
@@ -44,14 +45,15 @@ void XmlNodeData::OnStart(std::size_t depth, const nuo::string& name,
     }
 }
 
-void XmlNodeData::Count() {
-    if (++count_ > kMostElements) NUO_RAISE(JpkFsErr);
+void XmlNodeData::Hold(std::uint64_t bytes) {
+    held_ += bytes;
+    if (held_ > kMostHeld) NUO_RAISE(JpkFsErr);
 }
 
 void XmlNodeData::OpenContainer(const nuo::string& name, const XmlAttributes& attributes) {
     if (links_ != nullptr && name == "link") {
-        Count();
         const nuo::string child = NameAttribute(attributes);
+        Hold(kHeldEach + child.size());
         open_ = &links_->try_emplace(child, child).first->second.properties;
     } else if (node_ != nullptr && name == "node" && group_ != "qmx") {
         // The tables of the group "qmx" are the same in every package and are written anew.
@@ -63,7 +65,7 @@ void XmlNodeData::OnEnd(std::size_t depth, const nuo::string& name) {
     if (depth == kContainerDepth) {
         open_ = nullptr;
     } else if (depth == kElementDepth && open_ != nullptr) {
-        Count();
+        Hold(kHeldEach + name.size() + element_name_.size());
         open_->Set({name, element_name_}, nuo::string(text_));
     }
 }

@@ -12,15 +12,17 @@ namespace korvanet::platform::assets {
 // folder. Elements of any kind and name are taken, so that those a package has beyond the usual
 // ones are there when it is written again; docs/formats/manifests_and_options.md tells what is not.
 //
-// `count` is what the manifests of one package hold so far, in links and elements; too many end the
+// `held` is what the manifests of one package hold so far, in bytes of memory; too many end the
 // reading with JpkFsErr.
 class XmlNodeData : public IXmlCallBack {
 public:
-    // Chosen: three times what a ZIP of the most entries needs; each takes some 200 bytes.
-    static constexpr std::uint64_t kMostElements = std::uint64_t{1} << 20;
+    // Chosen: three times what a ZIP of the most entries needs.
+    static constexpr std::uint64_t kMostHeld = std::uint64_t{256} << 20;
+    // Of a link or element beside its texts; measured, rounded up.
+    static constexpr std::uint64_t kHeldEach = 256;
 
-    XmlNodeData(PackageFolder& links, std::uint64_t& count) : links_(&links), count_(count) {}
-    XmlNodeData(PropertyMap& node, std::uint64_t& count) : node_(&node), count_(count) {}
+    XmlNodeData(PackageFolder& links, std::uint64_t& held) : links_(&links), held_(held) {}
+    XmlNodeData(PropertyMap& node, std::uint64_t& held) : node_(&node), held_(held) {}
 
     void OnXml(XmlDriverState& driver, const nuo::string& name, const nuo::string& text,
                const XmlAttributes& attributes, bool start) override;
@@ -28,12 +30,12 @@ public:
 private:
     void OnStart(std::size_t depth, const nuo::string& name, const XmlAttributes& attributes);
     void OnEnd(std::size_t depth, const nuo::string& name);
-    void Count();
+    void Hold(std::uint64_t bytes);
     void OpenContainer(const nuo::string& name, const XmlAttributes& attributes);
 
     PackageFolder* links_ = nullptr;  // for "cnx.xml"
     PropertyMap* node_ = nullptr;     // for "core.xml"
-    std::uint64_t& count_;
+    std::uint64_t& held_;
 
     nuo::string group_;
     PropertyMap* open_ = nullptr;  // of the "link" or "node" that the parser is in, if any

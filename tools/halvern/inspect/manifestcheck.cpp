@@ -64,7 +64,7 @@ private:
 
     // False when there is nothing to compare with; otherwise the events of the part have come.
     bool Parse(const std::string& path, IXmlCallBack& callback, bool closes) {
-        if (count_ > XmlNodeData::kMostElements) return false;  // which is found already
+        if (held_ > XmlNodeData::kMostHeld) return false;  // which is found already
         if (!Present(path) || !CheckXml(parts_, path, "package.xml", closes, findings_))
             return false;
         XmlDriverState driver(callback);
@@ -72,8 +72,9 @@ private:
         try {
             return part && ParseXml(driver, *part);
         } catch (const nuo::context_exception<JpkFsErr>&) {
-            findings_.AddClosing(
-                {"limit", path, "", "the package holds more links and elements than can be read"});
+            findings_.AddClosing({"limit", path, "",
+                                  "the links and elements of the package take more memory than a "
+                                  "reader gives them"});
             return false;
         }
     }
@@ -107,7 +108,7 @@ private:
 
     void CheckLinks(const std::string& path, const Children& children) {
         PackageFolder links;
-        XmlNodeData reader(links, count_);
+        XmlNodeData reader(links, held_);
         if (!Parse(path, reader, true)) return;
         for (const auto& [name, entry] : links) {
             if (children.contains(Text(name)))
@@ -124,7 +125,7 @@ private:
 
     void CheckNode(const std::string& folder, const std::string& path) {
         PropertyMap node;
-        XmlNodeData reader(node, count_);
+        XmlNodeData reader(node, held_);
         if (!Parse(path, reader, true) || folder.empty()) return;
         CheckName(path, "element name", node, folder.substr(folder.rfind('/') + 1));
         if (folder != parts_.Identifier()) return;
@@ -182,7 +183,7 @@ private:
     Findings& findings_;
     // The first file of each extension.
     std::map<std::string, std::string> extensions_;
-    std::uint64_t count_ = 0;
+    std::uint64_t held_ = 0;
 };
 
 }  // namespace
