@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #include "command/running.h"
@@ -284,6 +285,51 @@ TEST_F(Writing, AWarningDoesNotHideWhyALibraryCannotBeWritten) {
     EXPECT_EQ(ran.err, why);
 }
 
+// The schemas of this one have findings that stand in the way of nothing.
+TEST_F(Writing, WhatKeepsALibraryFromBeingSavedIsToldAndNotWhatIsHarmless) {
+    SampleFile sample("odd-schema-noise.jpk");
+    const auto rows = ReadToc(sample.Part(sample.Path("AssetData/AssetTableOfContents.bin")));
+    ASSERT_GE(rows.size(), 2U);
+    const std::string part = sample.Path("AssetData/InstanceProperties.bin");
+    StoreBytes(sample.Part(part)).SetNext(rows[0].instance_block, 0xFFFFFF);
+    before_ = sample.Bytes();
+    WriteFile(File(), before_);
+    const Ran ran = Run({"remove", "a.jpk", rows[1].identifier});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_NE(ran.err.find(part), std::string::npos) << ran.err;
+    EXPECT_TRUE(ReadFile(File()) == before_);
+}
+
+TEST_F(Writing, AFileOfBytesMayHaveAnyName) {
+    Take("every-kind.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    WriteFile(folder_.Path("odd\xFF"), "abc");
+    EXPECT_EQ(Run({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@odd\xFF"}).status, 0);
+    EXPECT_EQ(Show("NEW")["k_blob"]["value"], "YWJj");
+}
+
+TEST_F(Writing, AFileThatCannotBeReadToItsEndIsNamed) {
+    Take("every-kind.jpk");
+    const std::string source =
+        json::parse(ReadFile(DataFile("every-kind.json")))["show"].begin().key();
+    ExpectRefused({"preset", "a.jpk", source, "NEW", "--set", "k_blob=@/proc/self/mem"}, 3,
+                  "the file /proc/self/mem cannot be read: Input/output error");
+}
+
+// What is opened later must not take what is printed.
+TEST_F(Writing, AStandardOutputThatIsClosedCannotBeWritten) {
+    const std::string program = BuildFolder() + "/bin/halvern";
+    const std::string line = "cd '" + folder_.Path() + "' && TMPDIR=. '" + program +
+                             "' add a.jpk GenericSchema made >&- 2> err";
+    const int status = std::system(line.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 3);
+    EXPECT_EQ(ReadFile(folder_.Path("err")),
+              "halvern: a.jpk: the file is saved, but standard output cannot be written: Bad file "
+              "descriptor\n");
+    EXPECT_EQ(Run({"show", "a.jpk", "made"}).status, 0);
+}
+
 TEST_F(Writing, ALengthWithoutAUnitHasNone) {
     ASSERT_EQ(::mkdir(folder_.Path("schemas").c_str(), 0755), 0);
     const std::string common = ReadFile(DataFile("schemas/CommonSchema.xml"));
@@ -510,6 +556,13 @@ TEST_F(Writing, ALibraryIsNotCreatedFromAFolderWithoutSchemas) {
     EXPECT_EQ(ran.err, "halvern: new.jpk: the folder " + folder_.Path("schemas") +
                            " holds no schema file (*.xml)\n");
     EXPECT_EQ(folder_.Names(), (Names{"a.jpk", "schemas"}));
+}
+
+TEST_F(Writing, ALibraryIsNotCreatedInAFile) {
+    const Ran ran = Run({"create", "a.jpk/new.jpk"});
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_EQ(ran.err, "halvern: a.jpk/new.jpk: there is no folder " + File() + "\n");
+    EXPECT_EQ(folder_.Names(), Names{"a.jpk"});
 }
 
 TEST_F(Writing, ALibraryIsNotCreatedInAFolderThatIsNotThere) {

@@ -84,7 +84,9 @@ void Apply(const Edits& edits, assets::IAssetInstance& asset, assets::IAssetLibr
         const auto [name, value] = Halves(set);
         assets::IProperty& property = Find(asset, name);
         RefuseOwn(name);
-        RequireUtf8("the value of " + name, value);
+        // Of bytes it is the name of a file, which may have any.
+        if (property.GetType() != assets::PropertyType::kBinary)
+            RequireUtf8("the value of " + name, value);
         SetFromText(property, value);
     }
     for (const std::string& connection : edits.connections) {

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <new>
@@ -61,7 +62,16 @@ std::string WordsForParsing(const CLI::App& app, const CLI::ParseError& error) {
     return "there is no verb " + left.front();
 }
 
+// A file that is opened later must not get the number of a standard one that was closed: it would
+// take what is printed. Standard output stays one that cannot be written.
+void FillStandardFiles() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(number, F_GETFD) < 0)
+            ::open("/dev/null", number == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 int Main(int count, char** arguments) {
+    FillStandardFiles();
     HandleInterrupts();
     CLI::App app("Makes, reads, changes and checks asset libraries.", "halvern");
     app.require_subcommand(1);

@@ -47,9 +47,7 @@ const std::string& ExistingFile(const std::string& path) {
 // A file that is closed with the object.
 class Handle {
 public:
-    // A pipe is not waited for.
-    Handle(const std::string& path, int flags)
-        : handle_(::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK)) {
+    Handle(const std::string& path, int flags) : handle_(::open(path.c_str(), flags | O_CLOEXEC)) {
         if (handle_ < 0) FailBySystem("the file cannot be opened");
     }
     Handle(const Handle&) = delete;
@@ -114,11 +112,12 @@ std::unique_ptr<FileLock::One> FileLock::Take(const std::string& path) {
 }
 
 Replacement Replacement::CopyOf(const std::string& original) {
-    const Handle from(original, O_RDONLY);
+    // Before it is opened, since opening waits for the other end of a pipe.
     struct stat state {};
-    if (::fstat(from.Get(), &state) != 0) FailBySystem("the file cannot be examined");
+    if (::stat(original.c_str(), &state) != 0) FailBySystem("the file cannot be examined");
     if (S_ISDIR(state.st_mode)) throw Failure(kFile, "this is a folder and no file");
     if (!S_ISREG(state.st_mode)) throw Failure(kFile, "this is no regular file");
+    const Handle from(original, O_RDONLY);
     Replacement made(Temporary::MakeFile(TemplateFor(original)), original);
     const Handle to(made.Path(), O_WRONLY);
     CopyBytes(from, to);

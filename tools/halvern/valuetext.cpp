@@ -29,9 +29,12 @@ std::string ReadWhole(const std::string& path) {
     if (std::filesystem::is_directory(path, error))
         throw Failure(kFile, path + " is a folder and no file");
     errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(file)), {});
-    if (file.is_open() && !file.bad()) return bytes;
+    try {
+        std::ifstream file(path, std::ios::binary);
+        std::string bytes((std::istreambuf_iterator<char>(file)), {});
+        if (file.is_open() && !file.bad()) return bytes;
+    } catch (const std::ios_base::failure&) {  // of the reading, told below
+    }
     throw Failure(kFile, "the file " + path + " cannot be read: " + SystemWords(errno));
 }
 

@@ -84,7 +84,9 @@ assets::IAssetLibrary* CreateLibrary(Session& session, const std::string& path,
 void CheckFolder(const std::string& path) {
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     std::error_code error;
-    if (!std::filesystem::exists(folder, error) && !error)
+    if (!std::filesystem::is_directory(folder, error) &&
+        (!error || error == std::errc::no_such_file_or_directory ||
+         error == std::errc::not_a_directory))
         throw Failure(kFile, "there is no folder " + folder.string());
 }
 

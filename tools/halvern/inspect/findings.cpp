@@ -1,6 +1,7 @@
 #include "inspect/findings.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace halvern::inspect {
@@ -12,6 +13,16 @@ std::string Describe(const Finding& finding) {
     if (!finding.part.empty()) line += ", in " + finding.part;
     if (!finding.where.empty()) line += ", " + finding.where;
     return line;
+}
+
+std::string WithoutPosition(const std::string& text) {
+    const std::size_t open = text.find('(');
+    const std::size_t close = text.find(')');
+    if (open == std::string::npos || close == std::string::npos || close <= open + 1) return text;
+    const std::string_view path = std::string_view(text).substr(0, open);
+    const bool is_source = path.ends_with(".cpp") || path.ends_with(".h");
+    const bool is_line = text.find_first_not_of("0123456789", open + 1) == close;
+    return is_source && is_line ? text.substr(close + 1) : text;
 }
 
 void Findings::Add(Finding finding) {

@@ -55,6 +55,10 @@ inline std::string Text(nuo::string_ref text) {
     return {text.begin(), text.end()};
 }
 
+// The text of a failure without its place in the source, "path.cpp(12)", which says nothing to
+// those who read the words; the whole text where there is none.
+std::string WithoutPosition(const std::string& text);
+
 // "offset 12"
 std::string AtOffset(std::uint64_t offset);
 

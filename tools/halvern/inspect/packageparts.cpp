@@ -10,10 +10,8 @@ namespace fs = velmor::fs;
 namespace assets = korvanet::platform::assets;
 
 std::string Words(const nuo::exception& failure) {
-    const std::string text = failure.what();
-    const auto end = text.find(')');
-    return end == std::string::npos || end + 1 == text.size() ? "it cannot be read"
-                                                              : text.substr(end + 1);
+    const std::string text = WithoutPosition(failure.what());
+    return text.empty() ? "it cannot be read" : text;
 }
 
 PackageParts::PackageParts(nuo::archive::iarchive& file, std::set<std::string> unreadable,
