@@ -134,8 +134,8 @@ bool SavesRing(TestHost& host, int count, nuo::buffer<nuo::byte>& bytes) {
     auto library = MakePaintLibrary(host);
     KRVTSchemaDefinition* const schema = (*library)->EnsureSchema(*LoadGlobal(
         host, "RingSchema", R"(<AssetSchema><UID val="RingSchema"/><Base val="CommonSchema"/>
-<type val="ring"/><Reference id="listed" definitionIteratorData="true"/><Reference id="other"/>
-</AssetSchema>)"));
+<type val="ring"/><Float id="listed" definitionIteratorData="true" allowconnectedassets="single"/>
+<Float id="other" allowconnectedassets="single"/></AssetSchema>)"));
     AssetDefinition& model = MakeDefinition(*schema, velmor::Namespace(), "model");
     model.AddReference();
     std::vector<AssetDefinition*> ring;

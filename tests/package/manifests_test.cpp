@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include "assets/package/jpkfsimp.h"
+#include "assets/package/xmlnodedata.h"
 #include "assets/serialization/io/xmlhandler.h"
 #include "nuo/common/buffer_archive.h"
 #include "nuo/common/file_archive.h"
@@ -17,6 +18,7 @@ using korvanet::platform::assets::JpkFsErr;
 using korvanet::platform::assets::kPackageOption;
 using korvanet::platform::assets::kPartOption;
 using korvanet::platform::assets::xml_malformed_ex;
+using korvanet::platform::assets::XmlNodeData;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using vfs_tests::Names;
@@ -394,6 +396,13 @@ TEST(Manifests, ComeBackFromTheSampleAsTheyWere) {
     for (const std::string& part : parts) {
         EXPECT_EQ(ReadFile(copy, part), ReadFile(zip, part)) << part;
     }
+}
+
+TEST(Manifests, OneThatIsTooLongIsNotOpened) {
+    velmor::fs::InMemory inner("test");
+    ASSERT_NE(inner.create("core.xml", velmor::fs::mode_all, velmor::fs::create_new), nullptr);
+    ASSERT_EQ(inner.truncate("core.xml", XmlNodeData::kMostHeld + 1), velmor::fs::er_ok);
+    EXPECT_EQ(RaisedText<JpkFsErr>([&] { JpkFs package(inner, "a.jpk"); }), "");
 }
 
 }  // namespace

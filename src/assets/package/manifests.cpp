@@ -59,7 +59,10 @@ public:
 
 private:
     nuo::archive::archive_ptr Open(const nuo::string& folder, const char* part) {
-        return inner_.create(ChildPath(folder, part), kReadMode, velmor::fs::open_existing);
+        const nuo::string path = ChildPath(folder, part);
+        // Before it is opened: a part of a ZIP file is inflated whole then.
+        if (inner_.state(path).size > XmlNodeData::kMostHeld) NUO_RAISE(JpkFsErr);
+        return inner_.create(path, kReadMode, velmor::fs::open_existing);
     }
 
     static void Read(XmlNodeData receiver, nuo::archive::iarchive& part) {

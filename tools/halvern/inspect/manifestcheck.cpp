@@ -65,18 +65,24 @@ private:
     // False when there is nothing to compare with; otherwise the events of the part have come.
     bool Parse(const std::string& path, IXmlCallBack& callback, bool closes) {
         if (held_ > XmlNodeData::kMostHeld) return false;  // which is found already
-        if (!Present(path) || !CheckXml(parts_, path, "package.xml", closes, findings_))
-            return false;
+        if (!Present(path)) return false;
+        if (parts_.Size(path) > XmlNodeData::kMostHeld) return RefuseSize(path);
+        if (!CheckXml(parts_, path, "package.xml", closes, findings_)) return false;
         XmlDriverState driver(callback);
         const auto part = parts_.Open(path);
         try {
             return part && ParseXml(driver, *part);
         } catch (const nuo::context_exception<JpkFsErr>&) {
-            findings_.AddClosing({"limit", path, "",
-                                  "the links and elements of the package take more memory than a "
-                                  "reader gives them"});
-            return false;
+            return RefuseSize(path);
         }
+    }
+
+    bool RefuseSize(const std::string& path) {
+        held_ = XmlNodeData::kMostHeld + 1;
+        findings_.AddClosing({"limit", path, "",
+                              "the links and elements of the package take more memory than a "
+                              "reader gives them"});
+        return false;
     }
 
     // Files and folders by name, and whether links can name them.

@@ -35,6 +35,10 @@ std::vector<std::string> PackageParts::Children(const std::string& folder, int s
     return names;
 }
 
+std::uint64_t PackageParts::Size(const std::string& path) {
+    return zip_.state(Ref(path)).size;
+}
+
 std::vector<std::string> PackageParts::Files(const std::string& folder) {
     return Children(folder, fs::state_file);
 }

@@ -28,6 +28,8 @@ public:
     std::vector<std::string> Files(const std::string& folder);
     std::vector<std::string> Folders(const std::string& folder);
     bool IsEmpty() { return Files("").empty() && Folders("").empty(); }
+    // In bytes, as the directory of the ZIP file tells it; 0 for what is no file.
+    std::uint64_t Size(const std::string& path);
     bool IsFile(const std::string& path);
 
     // Null when the part is not there or cannot be read. What was not known of it before is found
