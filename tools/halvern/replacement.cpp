@@ -188,8 +188,8 @@ WritableLibrary::WritableLibrary(Session& session, const std::string& path)
     if (library_ == nullptr) FailToOpen();
 }
 
-// What cannot even be read tells its damage; what can be read by itself stands in the way of the
-// system library, or that of it.
+// The damage of what cannot even be read is told, and that two libraries of one identifier cannot
+// be open: without the system library this one opens then.
 void WritableLibrary::FailToOpen() {
     std::string why = inspect::WhyNotSaved(file_.Path());
     if (why.empty()) why = inspect::WhyNotOpened(file_.Path());

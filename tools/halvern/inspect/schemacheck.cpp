@@ -92,7 +92,7 @@ std::set<nuo::string, nuo::string_less> InCircles(const BaseOf& base_of) {
         while (at != base_of.end() && walk_of.emplace(at->first, walk).second)
             at = base_of.find(at->second);
         if (at == base_of.end() || walk_of[at->first] != walk) continue;
-        for (; circles.insert(at->first).second;)
+        while (circles.insert(at->first).second)
             at = base_of.find(at->second);
     }
     return circles;
