@@ -27,6 +27,7 @@ public:
     void OnXml(XmlDriverState& driver, const nuo::string& name, const nuo::string& text,
                const XmlAttributes& attributes, bool start) override {
         std::string line;
+        EXPECT_TRUE(name.empty() || text.empty());  // elements come without any
         if (name.empty()) {
             line = "text:" + std::string(text.data());
         } else if (start) {

@@ -374,6 +374,22 @@ TEST(Presets, DefinitionsAreFilteredByIdentifierTypeAnsweredTypeAndSchema) {
     EXPECT_EQ(DefinitionsOfType(*library, "nothing").size(), 0U);
 }
 
+TEST(Presets, DefinitionsAreFilteredByTheTypeThatHostsAreTold) {
+    TestHost host;
+    auto library = MakePaintLibrary(host);
+    KRVTSchemaDefinition* const schema = (*library)->EnsureSchema(*LoadGlobal(
+        host, "ShapeSchema", R"(<AssetSchema><UID val="ShapeSchema"/><Base val="CommonSchema"/>
+<type val="RPCGeometry"/></AssetSchema>)"));
+    ASSERT_NE(schema, nullptr);
+    AssetDefinition& model = MakeDefinition(*schema, velmor::Namespace(), "model");
+    model.AddReference();
+    ASSERT_NE((*library)->CreatePreset(model, "Shape", {}), nullptr);
+    model.Release();
+    AddPaint(*library, "Red");
+    for (const char* type : {"RPCGeometry", "proceduralgeometry", "ShapeSchema"})
+        EXPECT_EQ(DefinitionsOfType(**library, type).size(), 1U) << type;
+}
+
 TEST(Presets, SharedIndexesFollowPresetsRemovalsAndTheRebuild) {
     TestHost host;
     TestLibrary library(host, "starter.jpk", true);

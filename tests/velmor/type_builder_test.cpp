@@ -298,7 +298,10 @@ TEST_F(TypeBuilderTest, EachStepLeavesItsPhase) {
     EXPECT_EQ(builder.endBuild().phase(), Phase::kFinished);
     builder.adoptBy(root);
     EXPECT_EQ(builder.phase(), Phase::kInitialized);
-    EXPECT_EQ(static_cast<int>(Phase::kFinished), 5);
+    int number = 0;
+    for (const Phase phase : {Phase::kInitialized, Phase::kModel, Phase::kArgs, Phase::kBases,
+                              Phase::kMembers, Phase::kFinished})
+        EXPECT_EQ(static_cast<int>(phase), number++);
 }
 
 TEST_F(TypeBuilderTest, BeginDropsTheRecordInTheMaking) {
