@@ -46,7 +46,7 @@ private:
         int depth = kUnknown;  // stays unknown where connections lead to a circle
         std::uint64_t walk = 0;
         std::size_t met = 0;           // targets that the walk has come to, from the first
-        int depth_in_walk = kUnknown;  // unknown while the table is on the way
+        int depth_in_walk = kUnknown;  // unknown until a visit of the walk is over
     };
 
     std::size_t NumberOf(const PropertyTableImp& table);

@@ -27,7 +27,7 @@ namespace {
 
 // What measuring connections that lead to circles may take, in connections met, for each record
 // needs a walk of its own there. Chosen: ten thousand records that all lead to one and back are
-// measured whole, in about a second.
+// measured whole.
 constexpr std::uint64_t kMostDepthSteps = std::uint64_t{1} << 28;
 
 // A record of no stored properties is one zero byte, since a chain holds at least one.
